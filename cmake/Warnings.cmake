@@ -1,0 +1,12 @@
+# tavrel_warnings: link it PRIVATE into every target of ours (never into fetched libraries).
+add_library(tavrel_warnings INTERFACE)
+target_compile_options(tavrel_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wduplicated-cond -Wlogical-op -Wnull-dereference
+  -Wimplicit-fallthrough -Wcast-qual)
+
+# Sanitizers are for the whole native tree, fetched test libraries included.
+if(TAVREL_TARGET STREQUAL "native")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
