@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace tp3 {
+
+/// Memory for trees, symbols and types: handed out in order, given back in one step to an earlier mark.
+/// What lives here is never destroyed one by one, so only trivially destructible things may.
+/// Under DOS there are some 600 kB for everything, which is why a routine's tree goes as soon as its code is made.
+class Arena {
+  public:
+    struct Mark {
+        std::size_t chunk = 0;
+        std::size_t used = 0;
+    };
+
+    Arena() = default;
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+    ~Arena();
+
+    /// `size` bytes, aligned for any pointer, zero-filled. Out of memory ends in the handler of operator new.
+    void* allocate(std::size_t size);
+
+    template <typename T, typename... Args> T* make(Args&&... args) {
+        static_assert(std::is_trivially_destructible_v<T>);
+        return new (allocate(sizeof(T))) T{std::forward<Args>(args)...};
+    }
+
+    /// A copy of `length` characters.
+    const char* copyText(const char* text, std::size_t length);
+
+    [[nodiscard]] Mark mark() const;
+    /// Gives back everything allocated since `mark`.
+    void release(Mark mark);
+
+  private:
+    struct Chunk {
+        char* memory;
+        std::size_t size;
+    };
+    static constexpr std::size_t chunkSize = 8192;
+
+    std::vector<Chunk> chunks_;
+    std::size_t current_ = 0; ///< index of the chunk in use
+    std::size_t used_ = 0;    ///< bytes used in it
+};
+
+} // namespace tp3
