@@ -1,0 +1,316 @@
+#include "analysis.h"
+
+#include <algorithm>
+
+namespace tp3 {
+
+namespace {
+
+bool isPure(IrOp op) {
+    switch (op) {
+    case IrOp::copy:
+    case IrOp::add:
+    case IrOp::subtract:
+    case IrOp::bitAnd:
+    case IrOp::bitOr:
+    case IrOp::bitXor:
+    case IrOp::negate:
+    case IrOp::bitNot:
+    case IrOp::shiftLeft:
+    case IrOp::shiftRight:
+    case IrOp::multiplyConstant:
+    case IrOp::absolute:
+    case IrOp::dividePower:
+    case IrOp::widen:
+    case IrOp::narrow:
+    case IrOp::highByte:
+    case IrOp::joinBytes:
+    case IrOp::compare:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isBranch(IrOp op) { return op == IrOp::branch || op == IrOp::runtimeBranch; }
+
+using Bits = std::vector<std::uint32_t>;
+
+void setBit(Bits& bits, std::size_t index, bool value) {
+    const std::uint32_t mask = std::uint32_t{1} << (index % 32);
+    bits[index / 32] = value ? bits[index / 32] | mask : bits[index / 32] & ~mask;
+}
+
+/// Backward walk over one block's instructions with a set of live values.
+class BlockWalk {
+  public:
+    BlockWalk(Function& function, const std::vector<std::uint16_t>& indexOf, const std::vector<ValueId>& crossing)
+        : function_(function), indexOf_(indexOf), crossing_(crossing), temporaries_(function.values.size()) {}
+
+    /// Steps `live` from behind the block to before it; with `mark`, writes what it finds into the instructions.
+    void run(const Block& block, Bits& live, bool mark) {
+        for (std::uint32_t i = block.last; i-- > block.first;) {
+            step(function_.code[i], live, mark);
+        }
+    }
+
+  private:
+    bool isLive(const Bits& live, ValueId id) const {
+        return function_.values[id].crossesBlocks ? Liveness::has(live, indexOf_[id]) : temporaries_[id];
+    }
+    void setLive(Bits& live, ValueId id, bool value) {
+        if (function_.values[id].crossesBlocks) {
+            setBit(live, indexOf_[id], value);
+        } else {
+            temporaries_[id] = value;
+        }
+    }
+
+    void step(Ir& ir, Bits& live, bool mark) {
+        if (ir.dead) {
+            return;
+        }
+        if (ir.dst.isValue()) {
+            const bool used = isLive(live, ir.dst.id);
+            if (mark) {
+                ir.resultUsed = used;
+            }
+            if (!used && isPure(ir.op)) {
+                ir.dead = ir.dead || mark;
+                return;
+            }
+            setLive(live, ir.dst.id, false);
+        }
+        if (ir.op == IrOp::parameters) {
+            for (unsigned i = 0; i < ir.argumentCount; ++i) {
+                Operand& operand = function_.arguments[ir.firstArgument + i].operand;
+                if (mark) {
+                    operand.dies = !isLive(live, operand.id);
+                }
+                setLive(live, operand.id, false);
+            }
+            return;
+        }
+        if (runsForeignCode(ir.op) || ir.op == IrOp::leave) {
+            for (const ValueId id : crossing_) {
+                const ValueInfo& info = function_.values[id];
+                if (ir.op == IrOp::leave ? info.liveAtExit : info.callsMayUse) {
+                    setLive(live, id, true);
+                }
+            }
+        }
+        forEachUse(function_, ir, [&](Operand& operand) {
+            if (!operand.usesValue()) {
+                return;
+            }
+            if (mark) {
+                operand.dies = !isLive(live, operand.id);
+            }
+            setLive(live, operand.id, true);
+        });
+    }
+
+    Function& function_;
+    const std::vector<std::uint16_t>& indexOf_;
+    const std::vector<ValueId>& crossing_;
+    std::vector<bool> temporaries_;
+};
+
+void countUses(Function& function) {
+    for (const BlockId id : function.layout) {
+        const Block& block = function.blocks[id];
+        std::uint32_t weight = 1;
+        for (unsigned depth = block.loop == 0 ? 0 : function.loops[block.loop].depth; depth > 0 && weight < 4096;
+             --depth) {
+            weight *= 8;
+        }
+        for (std::uint32_t i = block.first; i < block.last; ++i) {
+            Ir& ir = function.code[i];
+            if (ir.dead) {
+                continue;
+            }
+            if (ir.dst.isValue()) {
+                function.values[ir.dst.id].weight += weight;
+            }
+            forEachUse(function, ir, [&](Operand& operand) {
+                if (operand.usesValue()) {
+                    function.values[operand.id].weight += weight;
+                }
+            });
+        }
+    }
+}
+
+} // namespace
+
+void coalesceCopies(Function& function) {
+    std::vector<std::uint16_t> uses(function.values.size());
+    for (Ir& ir : function.code) {
+        forEachUse(function, ir, [&](Operand& operand) {
+            if (operand.usesValue()) {
+                ++uses[operand.id];
+            }
+        });
+    }
+    for (std::size_t i = 0; i + 1 < function.code.size(); ++i) {
+        Ir& ir = function.code[i];
+        Ir& next = function.code[i + 1];
+        if (ir.dst.isValue() && !function.values[ir.dst.id].crossesBlocks && next.op == IrOp::copy &&
+            next.a.isValue() && next.a.id == ir.dst.id && uses[ir.dst.id] == 1 && next.dst.isValue() &&
+            function.values[next.dst.id].width == function.values[ir.dst.id].width) {
+            ir.dst = next.dst;
+            next.dead = true;
+        }
+    }
+}
+
+void tidyBlocks(Function& function) {
+    const auto terminator = [&](BlockId id) -> Ir& { return function.code[function.blocks[id].last - 1]; };
+    const auto threaded = [&](BlockId target) {
+        for (unsigned steps = 0; steps < 8; ++steps) {
+            const Block& block = function.blocks[target];
+            if (block.last - block.first != 1 || terminator(target).op != IrOp::jump) {
+                break;
+            }
+            target = terminator(target).target;
+        }
+        return target;
+    };
+    std::vector<BlockId> work{function.layout.front()};
+    std::vector<bool> reached(function.blocks.size());
+    reached[function.layout.front()] = true;
+    while (!work.empty()) {
+        Block& block = function.blocks[work.back()];
+        Ir& last = terminator(work.back());
+        work.pop_back();
+        if (last.op == IrOp::jump || isBranch(last.op)) {
+            last.target = threaded(last.target);
+            block.successors[0] = last.target;
+        }
+        if (isBranch(last.op)) {
+            last.other = threaded(last.other);
+            block.successors[1] = last.other;
+        }
+        for (const BlockId successor : block.successors) {
+            if (successor == noBlock) {
+                continue;
+            }
+            ++function.blocks[successor].predecessors;
+            if (!reached[successor]) {
+                reached[successor] = true;
+                work.push_back(successor);
+            }
+        }
+    }
+    std::erase_if(function.layout, [&](BlockId id) { return !reached[id]; });
+}
+
+Liveness analyseLiveness(Function& function) {
+    Liveness liveness;
+    std::vector<std::uint16_t> indexOf(function.values.size());
+    for (std::size_t id = 1; id < function.values.size(); ++id) {
+        if (function.values[id].crossesBlocks) {
+            indexOf[id] = static_cast<std::uint16_t>(liveness.crossing.size());
+            liveness.crossing.push_back(static_cast<ValueId>(id));
+        }
+    }
+    const std::size_t words = liveness.crossing.size() / 32 + 1;
+    liveness.in.assign(function.blocks.size(), Bits(words));
+    liveness.out.assign(function.blocks.size(), Bits(words));
+    BlockWalk walk(function, indexOf, liveness.crossing);
+    bool changed = true;
+    while (changed) {
+        changed = false;
+        for (std::size_t i = function.layout.size(); i-- > 0;) {
+            const BlockId id = function.layout[i];
+            Bits live(words);
+            for (const BlockId successor : function.blocks[id].successors) {
+                for (std::size_t w = 0; successor != noBlock && w < words; ++w) {
+                    live[w] |= liveness.in[successor][w];
+                }
+            }
+            liveness.out[id] = live;
+            walk.run(function.blocks[id], live, false);
+            if (live != liveness.in[id]) {
+                liveness.in[id] = live;
+                changed = true;
+            }
+        }
+    }
+    for (const BlockId id : function.layout) {
+        Bits live = liveness.out[id];
+        walk.run(function.blocks[id], live, true);
+    }
+    countUses(function);
+    return liveness;
+}
+
+void pinLoopValues(Function& function, const Liveness& liveness) {
+    struct Candidate {
+        ValueId id;
+        std::uint32_t uses;
+    };
+    for (std::size_t loop = 1; loop < function.loops.size(); ++loop) {
+        Loop& info = function.loops[loop];
+        if (info.hasCall || info.hasInner) {
+            continue; // calls change every register; outer loops leave them to the inner ones
+        }
+        std::vector<std::uint32_t> uses(function.values.size());
+        std::vector<bool> changed(function.values.size());
+        for (const BlockId id : function.layout) {
+            const Block& block = function.blocks[id];
+            for (std::uint32_t i = block.first; block.loop == loop && i < block.last; ++i) {
+                Ir& ir = function.code[i];
+                if (ir.dead) {
+                    continue;
+                }
+                if (ir.dst.isValue()) {
+                    ++uses[ir.dst.id];
+                    changed[ir.dst.id] = true;
+                }
+                forEachUse(function, ir, [&](Operand& operand) {
+                    if (operand.usesValue()) {
+                        ++uses[operand.id];
+                    }
+                });
+            }
+        }
+        std::vector<Candidate> candidates;
+        for (const ValueId id : liveness.crossing) {
+            if (uses[id] >= 2) {
+                candidates.push_back({id, uses[id]});
+            }
+        }
+        std::stable_sort(candidates.begin(), candidates.end(),
+                         [](const Candidate& x, const Candidate& y) { return x.uses > y.uses; });
+        // HL and A are left for the work; of DE only what can be spared is given away.
+        z80::Mask free = static_cast<z80::Mask>(z80::bits(z80::Pair::bc) | z80::bits(z80::Pair::de));
+        for (const Candidate& candidate : candidates) {
+            const bool word = function.values[candidate.id].width == Width::word;
+            z80::Mask taken = 0;
+            if (word) {
+                if ((free & z80::bits(z80::Pair::bc)) == z80::bits(z80::Pair::bc)) {
+                    taken = z80::bits(z80::Pair::bc);
+                }
+            } else {
+                for (const z80::Reg r : {z80::Reg::b, z80::Reg::c, z80::Reg::d, z80::Reg::e}) {
+                    if ((free & z80::bit(r)) != 0) {
+                        taken = z80::bit(r);
+                        break;
+                    }
+                }
+                // One of the pairs must stay free as a second operand of word arithmetic.
+                const bool breaksSecond = (taken & z80::bits(z80::Pair::de)) != 0;
+                if (breaksSecond) {
+                    taken = 0;
+                }
+            }
+            if (taken != 0) {
+                free = static_cast<z80::Mask>(free & ~taken);
+                info.pins.push_back({candidate.id, taken, changed[candidate.id]});
+            }
+        }
+    }
+}
+
+} // namespace tp3

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "ir.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tp3 {
+
+/// Which values are live where one block goes over into another, as bits by index into `crossing`.
+struct Liveness {
+    std::vector<ValueId> crossing;                ///< values that live from block to block
+    std::vector<std::vector<std::uint32_t>> in;   ///< by block
+    std::vector<std::vector<std::uint32_t>> out;  ///< by block
+
+    [[nodiscard]] static bool has(const std::vector<std::uint32_t>& bits, std::size_t index) {
+        return (bits[index / 32] >> (index % 32) & 1U) != 0;
+    }
+};
+
+/// Lets an operation write straight into the variable that its result is copied to.
+void coalesceCopies(Function& function);
+/// Drops blocks that nothing reaches, leads jumps past empty blocks, fills in successors and predecessors.
+void tidyBlocks(Function& function);
+/// Marks last uses and unused results, and counts how much each value is used.
+Liveness analyseLiveness(Function& function);
+/// Chooses the values that keep registers throughout the innermost loops.
+void pinLoopValues(Function& function, const Liveness& liveness);
+
+/// Calls `f(Operand&)` for every operand that is read: a, b, an indirect destination and the arguments of calls.
+template <typename F> void forEachUse(Function& function, Ir& ir, F f) {
+    if (ir.op == IrOp::parameters) {
+        return;
+    }
+    for (unsigned i = ir.argumentCount; i-- > 0;) {
+        f(function.arguments[ir.firstArgument + i].operand);
+    }
+    f(ir.b);
+    f(ir.a);
+    if (ir.dst.kind == Operand::Kind::indirect) {
+        f(ir.dst);
+    }
+}
+
+/// The program's own code runs here: it may read and change every value that `callsMayUse`.
+inline bool runsForeignCode(IrOp op) { return op == IrOp::call || op == IrOp::inlineCode; }
+
+} // namespace tp3

@@ -1,0 +1,187 @@
+#include "compiler.h"
+
+#include "analysis.h"
+#include "lower.h"
+#include "parser.h"
+#include "peephole.h"
+#include "selector.h"
+
+namespace tp3 {
+
+namespace {
+
+/// The first pass wants nothing of the bodies but that they are right.
+class SurveyConsumer : public BodyConsumer {
+  public:
+    void enterRoutine(Routine&) override {}
+    void typedConstant(Symbol&) override {}
+    void body(Routine&, Stmt*) override {}
+};
+
+/// The second pass: code for every routine that the program reaches.
+class CodeConsumer : public BodyConsumer {
+  public:
+    CodeConsumer(const Survey& survey, const CompileOptions& options)
+        : survey_(survey), storage_(survey, options.end), image_(options.start) {}
+
+    void enterRoutine(Routine&) override {}
+
+    void typedConstant(Symbol& constant) override {
+        if (constant.ordinal < survey_.variables.size() && survey_.variables[constant.ordinal].used) {
+            image_.addConstant(constant.ordinal, constant.text, constant.type->size);
+        }
+    }
+
+    void body(Routine& routine, Stmt* statements) override {
+        if (!survey_.routines[routine.ordinal].used || failed_.line != 0) {
+            return;
+        }
+        Lowering lowering(storage_, routine);
+        Function function = lowering.run(statements);
+        failed_ = lowering.untranslatable();
+        if (failed_.line != 0) {
+            return;
+        }
+        coalesceCopies(function);
+        tidyBlocks(function);
+        const Liveness liveness = analyseLiveness(function);
+        pinLoopValues(function, liveness);
+        Selector::Result selected = Selector(function, liveness, storage_).run();
+        peephole(selected.code);
+        addCode(routine.ordinal, selected);
+    }
+
+    [[nodiscard]] Position failed() const { return failed_; }
+    Image& image() { return image_; }
+    Storage& storage() { return storage_; }
+
+  private:
+    void addCode(std::uint16_t ordinal, const Selector::Result& selected) {
+        z80::Encoded code = z80::encode(selected.code, selected.pool, selected.poolFixups, false);
+        Position last;
+        for (const z80::LineMark& mark : code.lines) {
+            if (mark.position.line != last.line || mark.position.file != last.file) {
+                image_.addLine(mark.offset, mark.position);
+                last = mark.position;
+            }
+        }
+        image_.addRoutine(ordinal, code);
+    }
+
+    const Survey& survey_;
+    Storage storage_;
+    Image image_;
+    Position failed_;
+};
+
+void decimal(std::string& out, std::uint32_t value) {
+    char digits[10];
+    unsigned count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    while (count > 0) {
+        out += digits[--count];
+    }
+}
+
+void hexadecimal(std::string& out, std::uint16_t value) {
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        out += "0123456789ABCDEF"[value >> shift & 0xF];
+    }
+}
+
+void sizeLine(std::string& out, std::string_view name, std::uint32_t from, std::uint32_t to) {
+    out += name;
+    decimal(out, to - from);
+    out += " bytes (";
+    hexadecimal(out, static_cast<std::uint16_t>(from));
+    out += '-';
+    hexadecimal(out, static_cast<std::uint16_t>(to == from ? to : to - 1));
+    out += ")\n";
+}
+
+void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& options) {
+    result.dataBottom = code.storage().bottom();
+    constexpr std::uint8_t defaultFlags = 0x03; // ^C is heeded, input is CON:
+    if (code.storage().exhausted() || !code.image().finish(result.dataBottom, options.end, defaultFlags)) {
+        result.diagnostic.error = Error::outOfMemory;
+        result.diagnostic.position.line = 1;
+        result.diagnostic.position.column = 1;
+        result.diagnostic.file = result.files.empty() ? std::string(options.mainFile) : result.files.front();
+        result.diagnostic.detail = "code and variables do not fit between start and end address";
+        return;
+    }
+    result.image = code.image().bytes();
+    result.lines = code.image().lines();
+    result.codeEnd = code.image().address(result.image.size());
+    result.ok = true;
+}
+
+} // namespace
+
+CompileResult compile(Host& host, const CompileOptions& options) {
+    CompileResult result;
+    Survey survey;
+    const ParserOptions parserOptions{options.mainFile};
+    {
+        Arena arena;
+        SurveyConsumer consumer;
+        Parser parser(host, arena, parserOptions, consumer);
+        const bool ok = parser.run();
+        result.files = parser.files();
+        result.lineCount = parser.lineCount();
+        if (!ok) {
+            result.diagnostic = parser.diagnostic();
+            return result;
+        }
+        survey.variables = parser.variableFacts();
+        analyseCalls(parser.callees(), survey.routines);
+    }
+    Arena arena;
+    CodeConsumer consumer(survey, options);
+    Parser parser(host, arena, parserOptions, consumer);
+    const bool ok = parser.run();
+    if (ok && consumer.failed().line != 0) {
+        parser.report(Error::unknownIdentifier, consumer.failed(), "not in this version of the compiler");
+    }
+    if (!ok || consumer.failed().line != 0) {
+        result.diagnostic = parser.diagnostic();
+        return result;
+    }
+    finish(result, consumer, options);
+    return result;
+}
+
+std::string sizeReport(const CompileResult& result, const CompileOptions& options) {
+    std::string out;
+    sizeLine(out, "Code: ", options.start, result.codeEnd);
+    sizeLine(out, "Free: ", result.codeEnd, result.dataBottom);
+    sizeLine(out, "Data: ", result.dataBottom, options.end);
+    return out;
+}
+
+std::string errorMessage(const Diagnostic& diagnostic) {
+    std::string text(errorText(diagnostic.error));
+    if (!diagnostic.detail.empty()) {
+        text += ": ";
+        for (const char c : diagnostic.detail) {
+            text += c == '"' || c == '\r' || c == '\n' ? ' ' : c;
+        }
+    }
+    return text;
+}
+
+std::string errorRecord(const Diagnostic& diagnostic) {
+    std::string out = "\"" + diagnostic.file + "\",";
+    decimal(out, diagnostic.position.line);
+    out += ',';
+    decimal(out, diagnostic.position.column);
+    out += ',';
+    decimal(out, static_cast<std::uint32_t>(diagnostic.error));
+    out += ",\"" + errorMessage(diagnostic) + "\"\r\n";
+    return out;
+}
+
+} // namespace tp3

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "errors.h"
+#include "host.h"
+#include "image.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tp3 {
+
+constexpr std::uint16_t defaultStart = 0x2E9B; ///< first address behind the library
+constexpr std::uint16_t defaultEnd = 0xD200;
+constexpr std::uint16_t libraryStart = 0x0100;
+constexpr std::size_t librarySize = defaultStart - libraryStart;
+
+struct CompileOptions {
+    std::string_view mainFile; ///< as Host::openSource takes it, such as GAME.PAS
+    std::uint16_t start = defaultStart;
+    std::uint16_t end = defaultEnd;
+};
+
+struct CompileResult {
+    bool ok = false;
+    Diagnostic diagnostic;           ///< when not ok
+    std::vector<std::uint8_t> image; ///< the chain image
+    std::vector<LineEntry> lines;    ///< address to source line
+    std::vector<std::string> files;  ///< by Position::file
+    std::uint32_t lineCount = 0;
+    std::uint16_t codeEnd = 0;    ///< first address behind the image
+    std::uint16_t dataBottom = 0; ///< lowest address of variables
+};
+
+/// Compiles one program: a first pass over the source finds errors and who calls whom, a second makes the code.
+CompileResult compile(Host& host, const CompileOptions& options);
+
+/// The three lines about sizes that end a successful run, with LF ends; none holds a comma, the first begins with "Code".
+std::string sizeReport(const CompileResult& result, const CompileOptions& options);
+
+/// The error as one record of the error file: name, line, column, number and text, text quoted, CR LF at its end.
+std::string errorRecord(const Diagnostic& diagnostic);
+
+/// The text of an error with what it is about, without quotes.
+std::string errorMessage(const Diagnostic& diagnostic);
+
+} // namespace tp3

@@ -1,0 +1,84 @@
+#include "image.h"
+
+namespace tp3 {
+
+namespace {
+
+template <typename T> T& at(std::vector<T>& list, std::size_t index) {
+    if (index >= list.size()) {
+        list.resize(index + 1);
+    }
+    return list[index];
+}
+
+} // namespace
+
+Image::Image(std::uint16_t start) : start_(start), bytes_(headerSize) {}
+
+void Image::word(std::size_t offset, std::uint32_t value) {
+    bytes_[offset] = static_cast<std::uint8_t>(value & 0xFFU);
+    bytes_[offset + 1] = static_cast<std::uint8_t>(value >> 8U & 0xFFU);
+}
+
+std::uint16_t Image::wordAt(std::size_t offset) const {
+    return static_cast<std::uint16_t>(bytes_[offset] | static_cast<unsigned>(bytes_[offset + 1]) << 8U);
+}
+
+std::uint16_t Image::placeOf(const std::vector<Place>& places, std::uint16_t ordinal) {
+    return ordinal < places.size() ? places[ordinal].offset : std::uint16_t{0};
+}
+
+void Image::addConstant(std::uint16_t ordinal, const char* bytes, std::uint16_t size) {
+    if (bytes_.size() + size + start_ > 0xFFFFU) {
+        tooLarge_ = true;
+        return;
+    }
+    at(constants_, ordinal).offset = static_cast<std::uint16_t>(bytes_.size());
+    for (std::uint16_t i = 0; i < size; ++i) {
+        bytes_.push_back(static_cast<std::uint8_t>(bytes[i]));
+    }
+}
+
+void Image::addLine(std::uint16_t offset, Position position) {
+    lines_.push_back({address(bytes_.size() + offset), position});
+}
+
+void Image::addRoutine(std::uint16_t ordinal, const z80::Encoded& code) {
+    if (bytes_.size() + code.bytes.size() + start_ > 0xFFFFU) {
+        tooLarge_ = true;
+        return;
+    }
+    const std::size_t base = bytes_.size();
+    at(routines_, ordinal).offset = static_cast<std::uint16_t>(base);
+    bytes_.insert(bytes_.end(), code.bytes.begin(), code.bytes.end());
+    for (const z80::Fixup& fixup : code.ownAddresses) {
+        word(base + fixup.offset, wordAt(base + fixup.offset) + start_ + static_cast<std::uint32_t>(base));
+    }
+    for (const z80::Fixup& fixup : code.fixups) {
+        fixups_.push_back(fixup);
+        fixupOffsets_.push_back(static_cast<std::uint32_t>(base + fixup.offset));
+    }
+}
+
+bool Image::finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags) {
+    for (std::size_t i = 0; i < fixups_.size(); ++i) {
+        const auto& places = fixups_[i].target == z80::Target::routine ? routines_ : constants_;
+        word(fixupOffsets_[i], wordAt(fixupOffsets_[i]) + start_ + placeOf(places, fixups_[i].index));
+    }
+    const auto length = static_cast<std::uint32_t>(bytes_.size());
+    constexpr std::uint32_t leastStack = 256; // what the library's deepest entry and a few calls need
+    if (tooLarge_ || start_ + length + leastStack > dataBottom) {
+        return false;
+    }
+    bytes_[0] = 0xC3; // JP to the main program
+    word(1, start_ + static_cast<std::uint32_t>(placeOf(routines_, 0)));
+    word(3, start_);
+    word(5, length);
+    word(7, end);
+    word(9, dataBottom);
+    word(11, start_ + length);
+    bytes_[13] = flags;
+    return true;
+}
+
+} // namespace tp3

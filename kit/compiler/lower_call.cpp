@@ -1,0 +1,124 @@
+#include "lower.h"
+
+namespace tp3 {
+
+/// Calls a routine of the program. A structured result goes to `resultAddress`, or to the stack when that is none;
+/// then its address is what comes back.
+Operand Lowering::call(const Expr* e, Operand resultAddress) {
+    const Routine& callee = *e->symbol->routine;
+    if (callee.isExternal) {
+        cannot(e->position);
+        return Operand::constant(0);
+    }
+    std::vector<Operand> values;
+    const bool structured = callee.result != nullptr && !isScalar(callee.result->type);
+    if (structured) {
+        if (resultAddress.kind == Operand::Kind::none) {
+            resultAddress = stringTemporary(callee.result->type->size);
+        }
+        values.push_back(resultAddress);
+    }
+    const Expr* argument = e->left;
+    for (const Symbol* p = callee.parameters; p != nullptr && argument != nullptr; p = p->next) {
+        Operand value;
+        Width width = Width::word;
+        if (p->storage == StorageKind::varParameter) {
+            value = addressOfDesignator(argument);
+        } else if (isScalar(p->type)) {
+            width = widthOfType(p->type);
+            value = evaluate(argument, width);
+        } else if (p->type->kind == TypeKind::string) {
+            value = stringAddress(argument);
+        } else {
+            value = addressOfDesignator(argument);
+        }
+        argument = argument->next;
+        for (const Expr* later = argument; later != nullptr; later = later->next) {
+            if (hasCall(later)) {
+                value = freeze(value, width);
+                break;
+            }
+        }
+        values.push_back(value);
+    }
+    Operand result;
+    if (callee.result != nullptr && !structured) {
+        result = Operand::value(b_.temporary(widthOfType(callee.result->type)));
+    }
+    const std::vector<ParameterPlace> places = storage_.parameterPlaces(callee);
+    for (std::size_t i = 0; i < places.size() && i < values.size(); ++i) {
+        if (places[i].kind == ParameterPlace::Kind::home) {
+            b_.copy(Operand::memory(places[i].address), values[i], places[i].isByte ? Width::byte : Width::word);
+        }
+    }
+    Ir& ir = b_.emit(IrOp::call, callee.result != nullptr && !structured ? widthOfType(callee.result->type) : Width::word);
+    ir.index = callee.ordinal;
+    const auto& facts = storage_.survey().routines;
+    ir.reenters = function_.recursive && facts[callee.ordinal].component == facts[routine_.ordinal].component;
+    ir.dst = result;
+    ir.firstArgument = static_cast<std::uint16_t>(function_.arguments.size());
+    for (std::size_t i = 0; i < places.size() && i < values.size(); ++i) {
+        const ParameterPlace& place = places[i];
+        if (place.kind == ParameterPlace::Kind::home) {
+            continue;
+        }
+        Argument a;
+        a.operand = values[i];
+        a.width = place.isByte ? Width::byte : Width::word;
+        a.pair = static_cast<z80::Pair>(place.code);
+        a.reg = static_cast<z80::Reg>(place.code);
+        function_.arguments.push_back(a);
+    }
+    ir.argumentCount = static_cast<std::uint8_t>(function_.arguments.size() - ir.firstArgument);
+    return structured ? resultAddress : result;
+}
+
+Ir& Lowering::library(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments, IrOp op) {
+    const auto first = static_cast<std::uint16_t>(function_.arguments.size());
+    for (const LibraryArgument& argument : arguments) {
+        Argument a;
+        a.operand = argument.operand;
+        a.width = argument.isByte ? Width::byte : Width::word;
+        a.pair = argument.pair;
+        a.reg = argument.reg;
+        function_.arguments.push_back(a);
+    }
+    Ir& ir = b_.emit(op);
+    ir.index = static_cast<std::uint16_t>(entry);
+    ir.firstArgument = first;
+    ir.argumentCount = static_cast<std::uint8_t>(arguments.size());
+    return ir;
+}
+
+Operand Lowering::libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments, z80::Pair result) {
+    const Operand dst = Operand::value(b_.temporary(Width::word));
+    Ir& ir = library(entry, arguments);
+    ir.width = Width::word;
+    ir.dst = dst;
+    ir.resultPair = result;
+    return dst;
+}
+
+Operand Lowering::libraryByte(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments) {
+    const Operand dst = Operand::value(b_.temporary(Width::byte));
+    Ir& ir = library(entry, arguments);
+    ir.width = Width::byte;
+    ir.dst = dst;
+    ir.resultReg = z80::Reg::a;
+    return dst;
+}
+
+/// Calls an entry that finds a string behind its call.
+void Lowering::libraryText(RuntimeEntry entry, const char* text, std::uint16_t length) {
+    const auto first = static_cast<std::uint16_t>(function_.bytes.size());
+    function_.bytes.push_back(static_cast<std::uint8_t>(length));
+    for (std::uint16_t i = 0; i < length; ++i) {
+        function_.bytes.push_back(static_cast<std::uint8_t>(text[i]));
+    }
+    Ir& ir = b_.emit(IrOp::runtimeText);
+    ir.index = static_cast<std::uint16_t>(entry);
+    ir.firstArgument = first;
+    ir.n = static_cast<std::uint16_t>(length + 1U);
+}
+
+} // namespace tp3
