@@ -1,0 +1,414 @@
+; Standard input: a line at a time with editing, or unbuffered ({$B-}): key by key, echoed, without editing.
+;
+; The line last read stays in lineBuffer; what the user types replaces it character by character, so the rest of it is
+; there for ^D and ^R. After an I/O error nothing is read until the program has asked for the I/O result: the items
+; return at once and leave their variables alone.
+; Every entry that may wait for a key stores its stack pointer first, for the address in a user break's report.
+
+; readBegin: a Read or ReadLn starts: takes a line from the user. Destroys all.
+@readBegin:
+        ld      (entryStack),sp
+        xor     a
+        ld      (lineLength),a
+        ld      (linePosition),a
+        ld      (lineTaken),a
+        ld      a,carriageReturn
+        ld      (lineTerminator),a
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+        call    inputIsBuffered
+        ret     z
+        call    editLine
+        ld      (lineTerminator),a
+        ld      hl,(lineLength)         ; the next line's editing recalls this one
+        ld      a,l
+        ld      (recallLength),a
+        ld      hl,bufLenDefault
+        ld      (@bufLen),hl
+        ld      a,l
+        ld      (lineTaken),a
+        ret
+
+; readEnd: a Read (not ReadLn) is done. What is left of a line is not used any more, because the next Read asks for a
+; new one. Destroys AF, HL. 44 T.
+@readEnd:
+        ld      hl,heldKey
+        ld      a,(hl)
+        cp      ctrlZ
+        ret     nz
+        ld      (hl),0                  ; one ^Z ends one Read
+        ret
+
+; readLine: a ReadLn is done: the rest of the line is dropped and its end echoed. Destroys all.
+@readLine:
+        ld      (entryStack),sp
+        call    inputIsBuffered
+        jr      z,_unbuffered
+        ld      hl,lineTaken
+        ld      a,(hl)
+        ld      (hl),0
+        or      a
+        ret     z
+        ld      e,carriageReturn        ; the line was read, so its end is echoed even if an item in it was bad
+        call    putAlways
+        ld      e,lineFeed
+        jp      putAlways
+_unbuffered:
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+_next:
+        call    peekCharacter
+        push    af
+        xor     a
+        ld      (heldKey),a
+        pop     af
+        cp      carriageReturn
+        ret     z
+        cp      ctrlZ
+        ret     z
+        jr      _next
+
+; readChar: In: HL = address of the Char: the next character, #13 at the end of the line, #26 at the end of input.
+; Destroys all.
+@readChar:
+        ld      (entryStack),sp
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+        push    hl
+        call    peekCharacter
+        pop     hl
+        ld      (hl),a
+        jp      takeCharacter
+
+; readString: In: HL = address of the string, A = its maximum length: the line up to its end or the maximum.
+; Destroys all.
+@readString:
+        ld      (entryStack),sp
+        ld      c,a
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+        ld      (itemTarget),hl
+        ld      (hl),a                  ; = 0
+        ld      a,c
+        ld      (itemLimit),a
+_next:
+        ld      hl,(itemTarget)
+        ld      a,(itemLimit)
+        cp      (hl)
+        ret     z
+        call    peekCharacter
+        cp      carriageReturn
+        ret     z
+        cp      ctrlZ
+        ret     z
+        ld      hl,(itemTarget)
+        inc     (hl)
+        ld      e,(hl)
+        ld      d,0
+        add     hl,de
+        ld      (hl),a
+        call    takeCharacter
+        jr      _next
+
+; readChars: In: HL = address of an array of Char, BC = its length: the line up to its end or the array's, then blanks.
+; Destroys all.
+@readChars:
+        ld      (entryStack),sp
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+_next:
+        ld      a,b
+        or      c
+        ret     z
+        push    hl
+        push    bc
+        call    peekCharacter
+        pop     bc
+        pop     hl
+        cp      carriageReturn
+        jr      z,_blank
+        cp      ctrlZ
+        jr      z,_blank
+        ld      (hl),a
+        push    hl
+        call    takeCharacter
+        pop     hl
+_stored:
+        inc     hl
+        dec     bc
+        jr      _next
+_blank:
+        ld      (hl),' '
+        jr      _stored
+
+; readInteger: In: HL = address of the Integer. Keeps it when the line has no more items; I/O result 10 when the item is
+; no number. Destroys all.
+@readInteger:
+        ld      (entryStack),sp
+        push    hl
+        call    readNumber
+        pop     hl
+        ret     c
+        ld      (hl),e
+        inc     hl
+        ld      (hl),d
+        ret
+
+; readByte: In: HL = address of the byte: as readInteger, the low byte is stored. Destroys all.
+@readByte:
+        ld      (entryStack),sp
+        push    hl
+        call    readNumber
+        pop     hl
+        ret     c
+        ld      (hl),e
+        ret
+
+; readNumber: an item of standard input as a number. Out: DE = value, or carry when there is none. Destroys all.
+badNumber       equ 10h         ; I/O result
+readNumber:
+        ld      a,(ioStatus)
+        or      a
+        scf
+        ret     nz
+        ld      (scratchString),a       ; = 0
+_skip:
+        call    peekCharacter
+        cp      ' '
+        jr      z,_skipIt
+        cp      tab
+        jr      z,_skipIt
+        cp      lineFeed
+        jr      z,_skipIt
+        cp      ctrlZ
+        scf
+        ret     z
+        cp      carriageReturn
+        jr      nz,_collect
+        call    inputIsBuffered         ; the line's end ends the items; unbuffered input goes on behind it
+        scf
+        ret     nz
+_skipIt:
+        call    takeCharacter
+        jr      _skip
+_collect:                               ; up to a blank or a control character
+        cp      ' ' + 1
+        jr      c,_parse
+        ld      hl,scratchString
+        inc     (hl)
+        jr      nz,_store
+        dec     (hl)                    ; longer than any number: what is there already decides
+        jr      _stored
+_store:
+        ld      e,(hl)
+        ld      d,0
+        add     hl,de
+        ld      (hl),a
+_stored:
+        call    takeCharacter
+        call    peekCharacter
+        jr      _collect
+_parse:
+        ld      hl,scratchString
+        ld      b,(hl)
+        inc     hl
+        call    parseInteger
+        ret     nc
+        ld      a,badNumber
+        ld      (ioStatus),a
+        ret
+
+; inputIsBuffered: Out: NZ when standard input is read by the line. Destroys AF. 38 T.
+inputIsBuffered:
+        ld      a,(programFlags)
+        and     1 shl flagBuffered
+        ret
+
+; peekCharacter: Out: A = the next character, CR at the end of the line, ^Z at the end of input. Destroys all.
+peekCharacter:
+        call    inputIsBuffered
+        jr      z,_unbuffered
+        ld      a,(linePosition)
+        ld      hl,lineLength
+        cp      (hl)
+        jr      nc,_lineEnd
+        ld      e,a
+        ld      d,0
+        ld      hl,lineBuffer
+        add     hl,de
+        ld      a,(hl)
+        ret
+_lineEnd:
+        ld      a,(lineTerminator)
+        ret
+_unbuffered:
+        ld      a,(heldKey)
+        or      a
+        ret     nz
+        call    getKey
+        ld      (heldKey),a
+        cp      ctrlZ
+        ret     z
+        push    af
+        ld      e,a
+        call    putAlways
+        pop     af
+        cp      carriageReturn
+        ret     nz
+        ld      e,lineFeed
+        call    putAlways
+        ld      a,carriageReturn
+        ret
+
+; takeCharacter: steps behind what peekCharacter has given; stays at the end of a line and of input.
+; Destroys AF, HL.
+takeCharacter:
+        call    inputIsBuffered
+        jr      z,_unbuffered
+        ld      a,(lineLength)
+        ld      hl,linePosition
+        cp      (hl)
+        ret     z
+        inc     (hl)
+        ret
+_unbuffered:
+        ld      hl,heldKey
+        ld      a,(hl)
+        cp      ctrlZ
+        ret     z
+        ld      (hl),0
+        ret
+
+; getKey: waits for a key. Out: A. ^C breaks the program when it was compiled for that. Destroys all.
+; The raw BDOS function is used so that the break is reported as Pascal's, with its address.
+getKey:
+        ld      c,7
+        call    bdosCall
+        cp      ctrlC
+        ret     nz
+        ld      a,(programFlags)
+        rrca                            ; flagControlC into carry
+        ld      a,ctrlC
+        ret     nc
+        jp      userBreak
+
+; editLine: the user types a line. Out: lineBuffer, lineLength (0 on entry); A = CR or ^Z, which ended it. Destroys all.
+editLine:
+        ld      hl,(@bufLen)
+        ld      a,h
+        or      a
+        jr      nz,_longest
+        ld      a,l
+        cp      lineMaximum + 1
+        jr      c,_limit
+_longest:
+        ld      a,lineMaximum
+_limit:
+        ld      (lineLimit),a
+_next:
+        call    getKey
+        cp      carriageReturn
+        ret     z
+        cp      ctrlZ
+        ret     z
+        cp      ' '
+        jr      c,_control
+        cp      delete
+        jr      z,_delete
+_character:
+        call    acceptCharacter
+        jr      _next
+_control:
+        cp      tab
+        jr      z,_character
+        cp      backSpace
+        jr      z,_delete
+        cp      escape
+        jr      z,_cancel
+        cp      ctrlX
+        jr      z,_cancel
+        cp      ctrlD
+        jr      z,_recallOne
+        cp      ctrlR
+        jr      nz,_next                ; the other control characters do nothing
+_recallLine:
+        call    recallCharacter
+        jr      c,_recallLine
+        jr      _next
+_recallOne:
+        call    recallCharacter
+        jr      _next
+_delete:
+        call    deleteCharacter
+        jr      _next
+_cancel:
+        call    deleteCharacter
+        jr      c,_cancel
+        jr      _next
+
+; acceptCharacter: In: A = character: appends it to the line and echoes it, a tab as one blank; ignores it when the line
+; is full. Destroys all.
+acceptCharacter:
+        ld      b,a
+        ld      hl,lineLength
+        ld      a,(lineLimit)
+        cp      (hl)
+        ret     z
+        ld      e,(hl)
+        ld      d,0
+        inc     (hl)
+        ld      c,(hl)
+        ld      hl,recallLength         ; what is deleted again can be recalled
+        ld      a,(hl)
+        cp      c
+        jr      nc,_recallable
+        ld      (hl),c
+_recallable:
+        ld      hl,lineBuffer
+        add     hl,de
+        ld      (hl),b
+        ld      e,b
+        ld      a,b
+        cp      tab
+        jp      nz,putAlways
+        ld      e,' '
+        jp      putAlways
+
+; recallCharacter: the character of the last line at the cursor again. Out: carry when there was one. Destroys all.
+recallCharacter:
+        ld      a,(lineLength)
+        ld      hl,lineLimit
+        cp      (hl)
+        ret     nc
+        ld      hl,recallLength
+        cp      (hl)
+        ret     nc
+        ld      e,a
+        ld      d,0
+        ld      hl,lineBuffer
+        add     hl,de
+        ld      a,(hl)
+        call    acceptCharacter
+        scf
+        ret
+
+; deleteCharacter: takes back the last character. Out: carry when there was one. Destroys all.
+deleteCharacter:
+        ld      hl,lineLength
+        ld      a,(hl)
+        or      a
+        ret     z
+        dec     (hl)
+        ld      e,backSpace
+        call    putAlways
+        ld      e,' '
+        call    putAlways
+        ld      e,backSpace
+        call    putAlways
+        scf
+        ret

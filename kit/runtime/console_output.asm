@@ -1,0 +1,139 @@
+; Standard output: characters go to the console through the BDOS, one by one.
+;
+; After an I/O error nothing is written until the program has asked for the I/O result.
+
+; writeChar, putChar: In: A = character. Destroys all. 77 T; 22 T + RET while I/O is suspended.
+@writeChar:
+putChar:
+        ld      e,a
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+
+; putAlways: In: E = character. Destroys all. 47 T. Writes even while I/O is suspended.
+putAlways:
+        ld      a,(outputFunction)
+        ld      c,a
+        ld      a,e
+        inc     a
+        jp      nz,bdosCall
+        ld      c,2                     ; to the direct function 06, FFh is no character but the wish to read one
+        jp      bdosCall
+
+; writeLine: CR LF. Destroys all.
+@writeLine:
+        ld      a,carriageReturn
+        call    putChar
+        ld      a,lineFeed
+        jr      putChar
+
+; writeLiteral: the string stands behind the call; returns behind it. Destroys all. 89 T, then as writeChars.
+@writeLiteral:
+        pop     hl
+        ld      c,(hl)
+        ld      b,0
+        inc     hl
+        push    hl
+        add     hl,bc
+        ex      (sp),hl
+        jr      @writeChars
+
+; writeBoolean: In: A = 0 for FALSE, otherwise TRUE. Destroys all.
+@writeBoolean:
+        call    booleanText
+        jr      @writeString
+
+; writeInteger: In: HL = value. Destroys all. integerToText, then writeChars.
+@writeInteger:
+        call    integerToText
+        jr      @writeChars
+
+; writeString: In: HL = string. Destroys all. 36 T, then as writeChars.
+@writeString:
+        ld      c,(hl)
+        ld      b,0
+        inc     hl
+
+; writeChars: In: HL = characters, BC = count. Destroys all. 27 T + 164 T a character.
+@writeChars:
+        ld      a,b
+        or      c
+        ret     z
+_next:
+        push    hl
+        push    bc
+        ld      a,(hl)
+        call    putChar
+        pop     bc
+        pop     hl
+        cpi                             ; only for INC HL, DEC BC and the test for BC = 0
+        jp      pe,_next
+        ret
+
+; writeCharWidth: In: A = character, DE = width. Destroys all.
+@writeCharWidth:
+        push    af
+        ld      bc,1
+        call    padToWidth
+        pop     af
+        jr      putChar
+
+; writeBooleanWidth: In: A as for writeBoolean, DE = width. Destroys all.
+@writeBooleanWidth:
+        call    booleanText
+        jr      @writeStringWidth
+
+; writeIntegerWidth: In: HL = value, DE = width. Destroys all.
+@writeIntegerWidth:
+        push    de
+        call    integerToText
+        pop     de
+        jr      @writeCharsWidth
+
+; writeStringWidth: In: HL = string, DE = width. Destroys all.
+@writeStringWidth:
+        ld      c,(hl)
+        ld      b,0
+        inc     hl
+
+; writeCharsWidth: In: HL = characters, BC = count, DE = width. Destroys all.
+@writeCharsWidth:
+        push    hl
+        push    bc
+        call    padToWidth
+        pop     bc
+        pop     hl
+        jr      @writeChars
+
+; padToWidth: writes the blanks that right-justify BC characters in DE columns; none for a negative width.
+; Destroys all. 154 T a blank.
+padToWidth:
+        bit     7,d
+        ret     nz
+        ex      de,hl
+        or      a
+        sbc     hl,bc
+        ret     c
+_next:
+        ld      a,h
+        or      l
+        ret     z
+        push    hl
+        ld      a,' '
+        call    putChar
+        pop     hl
+        dec     hl
+        jr      _next
+
+; booleanText: In: A. Out: HL = 'FALSE' or 'TRUE' as a string. Keeps the others.
+booleanText:
+        ld      hl,falseText
+        or      a
+        ret     z
+        ld      hl,trueText
+        ret
+
+falseText:
+        defb    5,'FALSE'
+trueText:
+        defb    4,'TRUE'

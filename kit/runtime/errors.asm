@@ -1,0 +1,124 @@
+; End of a program and the reports of run-time errors, I/O errors and user breaks.
+
+stackMargin     equ 128         ; bytes that must stay free between heap and stack
+
+; halt: jumped to; ends the program. Console output is not buffered and the screen's state was not changed, so nothing
+; is left to do but to return to MSX-DOS.
+@halt:
+        jp      0
+
+; stackError, indexError, rangeError: called; report run-time error FF, 90 or 91 at the caller. Do not return.
+@stackError:
+        ld      a,0FFh
+        jr      @runError
+@indexError:
+        ld      a,90h
+        jr      @runError
+@rangeError:
+        ld      a,91h
+
+; runError: called, or jumped to by an entry whose own caller's return address is on top of the stack.
+; In: A = number. Does not return.
+@runError:
+        pop     hl
+        ld      de,runErrorText
+
+; report: prints DE = text (a string), A as two hexadecimal digits, and the address of the call before HL = return
+; address; ends the program.
+report:
+        ld      sp,(stackTop)           ; the program's own stack may be used up
+        push    hl
+        push    af
+        call    beginReport
+        pop     af
+        call    writeHexByte
+endReport:
+        ld      hl,programCounterText
+        call    @writeString
+        pop     hl
+        dec     hl
+        dec     hl
+        dec     hl
+        call    writeHexWord
+        ld      hl,abortedText
+        call    @writeString
+        jp      @halt
+
+; beginReport: prints a line end and DE = string, whatever the I/O result was.
+beginReport:
+        xor     a
+        ld      (ioStatus),a
+        push    de
+        call    @writeLine
+        pop     hl
+        jp      @writeString
+
+; userBreak: jumped to when ^C was read in an entry that has stored its stack pointer in entryStack.
+userBreak:
+        ld      hl,(entryStack)
+        ld      e,(hl)
+        inc     hl
+        ld      d,(hl)
+        ld      sp,(stackTop)
+        push    de
+        ld      de,userBreakText
+        call    beginReport
+        jr      endReport
+
+; ioCheck: reports an I/O error at the caller when the I/O result is not 0.
+; Keeps all registers. 55 T.
+@ioCheck:
+        push    af
+        ld      a,(ioStatus)
+        or      a
+        jr      nz,_report
+        pop     af
+        ret
+_report:
+        pop     hl                      ; the saved AF
+        pop     hl
+        ld      de,ioErrorText
+        jr      report
+
+; ioResult: Out: HL = I/O result, which becomes 0 by this. Destroys AF. 53 T.
+@ioResult:
+        ld      hl,(ioStatus)
+        ld      h,0
+        xor     a
+        ld      (ioStatus),a
+        ret
+
+; writeHexWord: HL in four hexadecimal digits. writeHexByte: A in two. Destroy all.
+writeHexWord:
+        push    hl
+        ld      a,h
+        call    writeHexByte
+        pop     hl
+        ld      a,l
+writeHexByte:
+        push    af
+        rrca
+        rrca
+        rrca
+        rrca
+        call    _digit
+        pop     af
+_digit:
+        and     0Fh
+        add     a,'0'
+        cp      '9' + 1
+        jp      c,putChar
+        add     a,'A' - '9' - 1
+        jp      putChar
+
+runErrorText:
+        defb    ioErrorText - $ - 1,'Run-time error '
+ioErrorText:
+        defb    userBreakText - $ - 1,'I/O error '
+userBreakText:
+        defb    programCounterText - $ - 1,'User break'
+programCounterText:
+        defb    abortedText - $ - 1,', PC='
+abortedText:
+        defb    abortedTextEnd - $ - 1,13,10,'Program aborted',13,10
+abortedTextEnd:

@@ -1,0 +1,122 @@
+; The machine and MSX-DOS: keyboard state, time, system calls, the command line.
+
+; keyPressed: Out: A = 1 when a key waits, otherwise 0. Destroys all.
+@keyPressed:
+        ld      c,0Bh
+        call    bdosCall
+        and     1
+        ret
+
+; delay: In: HL = milliseconds; a negative number of them does not wait. Destroys AF, BC, HL.
+; A millisecond is 3580 T on an MSX. The loop takes 30 T there (26 on a plain Z80); its count leaves out the 3 % that
+; the interrupts of the frames take.
+delayCount      equ 114
+@delay:
+        bit     7,h
+        ret     nz
+_next:
+        ld      a,h
+        or      l
+        ret     z
+        ld      bc,delayCount
+_loop:
+        dec     bc
+        ld      a,b
+        or      c
+        jr      nz,_loop
+        dec     hl
+        jr      _next
+
+; bdos: In: BC = function, DE = parameter. Out: HL = what the BDOS returns in A. Destroys all.
+@bdos:
+        call    bdosCall
+        ld      l,a
+        ld      h,0
+        ret
+
+; bdosHL: In: as bdos. Out: HL as the BDOS returns it. Destroys all.
+@bdosHL:
+        jp      bdosCall
+
+; paramCount: Out: HL = number of words in the command line behind the program's name. Destroys AF, BC, DE.
+@paramCount:
+        xor     a
+        ld      (parameterNumber),a
+        call    firstParameter
+_next:
+        jr      c,_done
+        ld      a,(parameterNumber)
+        inc     a
+        ld      (parameterNumber),a
+        call    nextParameter
+        jr      _next
+_done:
+        ld      hl,(parameterNumber)
+        ld      h,0
+        ret
+
+; paramString: In: HL = number from 1, DE = target, 256 bytes. Out: the word, or an empty string when there is none.
+; Keeps DE; destroys AF, BC, HL.
+@paramString:
+        xor     a
+        ld      (de),a
+        or      h
+        ret     nz
+        or      l
+        ret     z
+        ld      (parameterNumber),a
+        push    de
+        call    firstParameter
+_next:
+        jr      c,_done
+        ld      a,(parameterNumber)
+        dec     a
+        ld      (parameterNumber),a
+        jr      z,_found
+        call    nextParameter
+        jr      _next
+_found:
+        ex      de,hl
+        pop     de
+        push    de
+        ld      a,c
+        ld      (de),a
+        inc     de
+        ld      b,0
+        ldir
+_done:
+        pop     de
+        ret
+
+; firstParameter: begins with the command line. nextParameter: goes on with HL = text, B = characters left.
+; Out: carry when there is no word; otherwise DE = the word, C = its length, HL and B behind it. Destroy AF.
+firstParameter:
+        ld      hl,commandTail
+        ld      b,(hl)
+        inc     hl
+nextParameter:
+        ld      a,b
+        or      a
+        scf
+        ret     z
+        ld      a,(hl)
+        cp      ' ' + 1
+        jr      nc,_word
+        inc     hl
+        dec     b
+        jr      nextParameter
+_word:
+        ld      d,h
+        ld      e,l
+        ld      c,0
+_next:
+        inc     c
+        inc     hl
+        dec     b
+        jr      z,_end
+        ld      a,(hl)
+        cp      ' ' + 1
+        jr      nc,_next
+_end:
+        or      a
+        ret

@@ -1,0 +1,39 @@
+; The library's variables. A program's start sets them all, so nothing here counts on what the file held.
+
+bufLenDefault   equ 127         ; characters in a line unless the program sets BufLen for the next read
+lineMaximum     equ 127         ; and never more
+
+; Words and bytes with a start value of their own.
+stackTop:               defs 2  ; the program's initial stack pointer
+@stackLimit:            defs 2
+@bufLen:                defs 2  ; BufLen; a word, the low byte counts
+outputFunction:         defs 1  ; BDOS function that writes a character: 2 or 6
+programFlags:           defs 1  ; the image's flags
+randomState:            defs 4
+randomWeyl:             defs 2
+
+; Set to zero at the start.
+clearedVariables:
+ioStatus:               defs 1  ; I/O result
+                        defs 1  ; lets ioResult load a word
+entryStack:             defs 2  ; stack pointer in the entry that reads, for a break's address
+@stringCount:           defs 2
+
+; The line read last and what is being taken from it.
+lineLength:             defs 1  ; characters in lineBuffer
+linePosition:           defs 1  ; characters taken
+lineLimit:              defs 1  ; characters that the user may type
+lineTerminator:         defs 1  ; what follows the characters: CR or ^Z
+lineTaken:              defs 1  ; not 0: a line was asked for whose end is not echoed yet
+recallLength:           defs 1  ; characters in lineBuffer that ^D and ^R bring back
+heldKey:                defs 1  ; unbuffered input: the key looked at but not taken, or 0
+lineBuffer:             defs lineMaximum
+
+itemTarget:             defs 2  ; where the item being read goes
+itemLimit:              defs 1
+parseSign:              defs 1  ; not 0: a minus sign was read
+parameterNumber:        defs 1
+clearedVariablesEnd:
+
+numberText:             defs 6  ; an integer's sign and digits
+scratchString:          defs 256 ; for one entry's own use

@@ -1,0 +1,1 @@
+#include "library_machine.h"
