@@ -1,0 +1,17 @@
+# DOSBox.exe, complete in one file. The dynamic core does not work in 64-bit builds, so it is left out.
+# shellcheck shell=bash disable=SC2034,SC2154
+source_package=dosbox
+architectures="x86_64"
+needs="sdl"
+
+build() {
+  cd dosbox-*
+  ./configure -q --host="$host" --prefix="$prefix" --with-sdl-prefix="$work/sdl" --disable-sdltest \
+    CC="$host-gcc-posix" CXX="$host-g++-posix" CFLAGS=-O2 CXXFLAGS="-O2 -std=gnu++98 -fpermissive -w" \
+    LDFLAGS="-static -s" --disable-opengl --disable-dynamic-core --disable-dynamic-x86 --disable-debug
+  make -s -j"$jobs"
+  mkdir -p "$prefix/bin" "$prefix/share"
+  cp src/dosbox.exe "$prefix/bin/DOSBox.exe"
+  "$host-strip" "$prefix/bin/DOSBox.exe"
+  cp COPYING "$prefix/share/"
+}
