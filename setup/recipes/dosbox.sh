@@ -5,10 +5,12 @@ architectures="x86_64"
 needs="sdl"
 
 build() {
+  # SDL was moved since it was built, and the configure script forgets to say so when it asks sdl-config.
+  sed -i "s,^prefix=.*,prefix=$work/sdl," "$work/sdl/bin/sdl-config"
   cd dosbox-*
   ./configure -q --host="$host" --prefix="$prefix" --with-sdl-prefix="$work/sdl" --disable-sdltest \
     CC="$host-gcc-posix" CXX="$host-g++-posix" CFLAGS=-O2 CXXFLAGS="-O2 -std=gnu++98 -fpermissive -w" \
-    LDFLAGS="-static -s" --disable-opengl --disable-dynamic-core --disable-dynamic-x86 --disable-debug
+    LDFLAGS="-static -s" --disable-opengl --disable-dynamic-core
   make -s -j"$jobs"
   mkdir -p "$prefix/bin" "$prefix/share"
   cp src/dosbox.exe "$prefix/bin/DOSBox.exe"
