@@ -1,0 +1,22 @@
+# Sourced by the other set-up scripts: where everything lies, how they speak.
+# shellcheck shell=bash
+#
+# TAVREL_CACHE  folder that holds cache/ (downloads) and deps/ (built libraries); `out` by default.
+#               Several working copies may share one.
+
+TAVREL_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+TAVREL_OUT=$TAVREL_ROOT/out
+mkdir -p "${TAVREL_CACHE:=$TAVREL_OUT}"
+TAVREL_CACHE=$(cd "$TAVREL_CACHE" && pwd)
+export TAVREL_CACHE
+
+say() { printf '%s\n' "$*" >&2; }
+die() { say "set-up: $*"; exit 1; }
+
+# write_if_changed FILE: takes the new text from stdin; leaves FILE and its time alone when it is the same.
+write_if_changed() {
+  local new=$1.new.$$
+  mkdir -p "$(dirname "$1")"
+  cat > "$new"
+  if cmp -s "$new" "$1"; then rm -f "$new"; else mv -f "$new" "$1"; fi
+}

@@ -1,0 +1,18 @@
+# DOSBox.exe, complete in one file. The dynamic core does not work in 64-bit builds, so it is left out.
+# shellcheck shell=bash disable=SC2034,SC2154,SC2164
+source_package=dosbox
+needs="sdl"
+
+build() {
+  # SDL was moved since it was built, and the configure script forgets to say so when it asks sdl-config.
+  sed -i "s,^prefix=.*,prefix=$work/sdl," "$work/sdl/bin/sdl-config"
+  cd dosbox-*
+  ./configure -q --host="$host" --prefix="$prefix" --with-sdl-prefix="$work/sdl" --disable-sdltest \
+    CC="$host-gcc-posix" CXX="$host-g++-posix" CFLAGS=-O2 CXXFLAGS="-O2 -std=gnu++98 -fpermissive -w" \
+    LDFLAGS="-static -s" --disable-opengl --disable-dynamic-core
+  make -s -j"$jobs"
+  mkdir -p "$prefix/bin" "$prefix/share"
+  cp src/dosbox.exe "$prefix/bin/DOSBox.exe"
+  "$host-strip" "$prefix/bin/DOSBox.exe"
+  cp COPYING "$prefix/share/"
+}
