@@ -124,7 +124,8 @@ void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& opt
 CompileResult compile(Host& host, const CompileOptions& options) {
     CompileResult result;
     Survey survey;
-    const ParserOptions parserOptions{options.mainFile};
+    ParserOptions parserOptions;
+    parserOptions.mainFile = options.mainFile;
     {
         Arena arena;
         SurveyConsumer consumer;
@@ -139,6 +140,7 @@ CompileResult compile(Host& host, const CompileOptions& options) {
         survey.variables = parser.variableFacts();
         analyseCalls(parser.callees(), survey.routines);
     }
+    parserOptions.pass = 2;
     Arena arena;
     CodeConsumer consumer(survey, options);
     Parser parser(host, arena, parserOptions, consumer);

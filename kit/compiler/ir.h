@@ -111,7 +111,7 @@ enum class IrOp : std::uint8_t {
     stackAllocate, ///< dst := address of n fresh bytes on the stack
     stackFree,     ///< gives n bytes back
     check, ///< library entry `index` unless constant b <= a <= constant dst (unsigned for bytes, signed for words)
-    blockMove,     ///< n bytes from the address a to the address b
+    blockMove,     ///< n bytes from the address in HL to the address in DE, both arguments
     portIn,  ///< byte dst := port a (word value or constant)
     portOut, ///< port a := byte b
     inlineCode, ///< machine code of the program's own; everything is clobbered

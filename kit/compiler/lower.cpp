@@ -82,10 +82,7 @@ void Lowering::enterRoutine() {
             library(RuntimeEntry::stringCopy, {word(z80::Pair::hl, source), word(z80::Pair::de, target),
                                                byte(z80::Reg::a, Operand::constant(symbol.type->high))});
         } else {
-            Ir& move = b_.emit(IrOp::blockMove);
-            move.a = source;
-            move.b = target;
-            move.n = symbol.type->size;
+            moveBlock(source, target, symbol.type->size);
         }
     }
 }

@@ -12,6 +12,21 @@
 
 namespace tp3 {
 
+/// Width of the register that holds a value of this type.
+inline Width widthOfType(const Type* type) { return type != nullptr && type->size == 1 ? Width::byte : Width::word; }
+
+/// The expression's value is known to lie in 0..255, so that 8 bits hold it.
+bool fitsByte(const Expr* e);
+/// 8 when the value fits, 16 otherwise.
+Width naturalWidth(const Expr* e);
+Relation relationOf(Operator op);
+bool isNonNegative(const Expr* e);
+bool isPowerOfTwoConstant(const Expr* e);
+/// Evaluating it may run a routine of the program or change something.
+bool hasCall(const Expr* e);
+/// Evaluating it takes room on the stack or may fail, so it cannot be left out or done out of order.
+bool isPlain(const Expr* e);
+
 /// Turns one routine's tree into intermediate code: places become addresses, structured operations become library
 /// calls, arithmetic is done in 8 bits where that gives the same, control flow becomes blocks.
 class Lowering {
@@ -80,6 +95,7 @@ class Lowering {
     Operand libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments,
                         z80::Pair result = z80::Pair::hl);
     Operand libraryByte(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments);
+    void moveBlock(Operand from, Operand to, std::uint16_t size);
     void libraryText(RuntimeEntry entry, const char* text, std::uint16_t length);
 
     // lower_string.cpp
@@ -110,10 +126,10 @@ class Lowering {
     Operand standardArithmetic(const Expr* e, Width want);
     Operand standardString(const Expr* e);
     bool standardOutput(const Expr* e);
-    bool standardInput(const Expr* e);
+    bool standardInput(const Expr* e, std::uint8_t options);
     bool standardMemory(const Expr* e);
     bool standardScreen(const Expr* e);
-    void standardStatement(const Expr* e);
+    void standardStatement(const Expr* e, std::uint8_t options);
 
     /// Stack that expressions of the current statement took is given back at its end.
     void releaseStack();
@@ -132,20 +148,5 @@ class Lowering {
     std::vector<std::pair<std::uint16_t, ValueId>> frameValues_;
     std::vector<std::pair<const Symbol*, BlockId>> labels_;
 };
-
-/// Width of the register that holds a value of this type.
-inline Width widthOfType(const Type* type) { return type != nullptr && type->size == 1 ? Width::byte : Width::word; }
-
-/// The expression's value is known to lie in 0..255, so that 8 bits hold it.
-bool fitsByte(const Expr* e);
-/// 8 when the value fits, 16 otherwise.
-Width naturalWidth(const Expr* e);
-Relation relationOf(Operator op);
-bool isNonNegative(const Expr* e);
-bool isPowerOfTwoConstant(const Expr* e);
-/// Evaluating it may run a routine of the program or change something.
-bool hasCall(const Expr* e);
-/// Evaluating it takes room on the stack or may fail, so it cannot be left out or done out of order.
-bool isPlain(const Expr* e);
 
 } // namespace tp3

@@ -108,6 +108,11 @@ Operand Lowering::libraryByte(RuntimeEntry entry, std::initializer_list<LibraryA
     return dst;
 }
 
+/// Copies `size` bytes from one address to another.
+void Lowering::moveBlock(Operand from, Operand to, std::uint16_t size) {
+    library(RuntimeEntry::moveBytes, {word(z80::Pair::hl, from), word(z80::Pair::de, to)}, IrOp::blockMove).n = size;
+}
+
 /// Calls an entry that finds a string behind its call.
 void Lowering::libraryText(RuntimeEntry entry, const char* text, std::uint16_t length) {
     const auto first = static_cast<std::uint16_t>(function_.bytes.size());

@@ -179,7 +179,7 @@ bool Lowering::standardOutput(const Expr* e) {
     }
 }
 
-bool Lowering::standardInput(const Expr* e) {
+bool Lowering::standardInput(const Expr* e, std::uint8_t options) {
     const Expr* target = e->left;
     switch (routineOf(e)) {
     case StandardRoutine::readBegin:
@@ -194,7 +194,7 @@ bool Lowering::standardInput(const Expr* e) {
     case StandardRoutine::readInteger:
         library(target->type->size == 1 ? RuntimeEntry::readByte : RuntimeEntry::readInteger,
                 {word(z80::Pair::hl, addressOfDesignator(target))});
-        if (e->checked) {
+        if ((options & optionIoCheck) != 0) {
             library(RuntimeEntry::ioCheck, {});
         }
         return true;
@@ -302,8 +302,8 @@ bool Lowering::standardScreen(const Expr* e) {
 }
 
 /// A standard procedure, or a function whose result is dropped.
-void Lowering::standardStatement(const Expr* e) {
-    if (standardOutput(e) || standardInput(e) || standardMemory(e) || standardScreen(e)) {
+void Lowering::standardStatement(const Expr* e, std::uint8_t options) {
+    if (standardOutput(e) || standardInput(e, options) || standardMemory(e) || standardScreen(e)) {
         return;
     }
     switch (routineOf(e)) {

@@ -20,7 +20,7 @@ void Lowering::statement(const Stmt* s) {
         if (s->value->kind == ExprKind::call) {
             call(s->value, {});
         } else {
-            standardStatement(s->value);
+            standardStatement(s->value, s->options);
         }
         break;
     case StmtKind::block:

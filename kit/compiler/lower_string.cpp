@@ -137,10 +137,7 @@ void Lowering::storeString(Operand target, std::uint16_t maximum, const Expr* va
         }
         const Operand source = literal(value->text, value->textLength, true);
         const Operand to = addressOf(target);
-        Ir& ir = b_.emit(IrOp::blockMove);
-        ir.a = source;
-        ir.b = to;
-        ir.n = static_cast<std::uint16_t>(value->textLength + 1U);
+        moveBlock(source, to, static_cast<std::uint16_t>(value->textLength + 1U));
         return;
     }
     const Operand source = stringAddress(value);
@@ -168,10 +165,7 @@ Operand Lowering::charsAddress(const Expr* e) { return addressOf(place(e)); }
 void Lowering::assignStructured(const Expr* target, const Expr* value) {
     const Operand from = addressOf(place(value));
     const Operand to = addressOf(place(target));
-    Ir& ir = b_.emit(IrOp::blockMove);
-    ir.a = from;
-    ir.b = to;
-    ir.n = target->type->size;
+    moveBlock(from, to, target->type->size);
 }
 
 /// Compares two strings; the instruction's result or targets are for the caller to fill in. The library tells less and

@@ -55,7 +55,6 @@ void Selector::copy(Ir& ir) {
         }
         if (!word && ir.a.isConstant()) {
             Reg r = Reg::a;
-            findReg(ir.dst.id, r);
             for (unsigned i = 0; i < 8; ++i) {
                 if (pin == bit(static_cast<Reg>(i))) {
                     r = static_cast<Reg>(i);

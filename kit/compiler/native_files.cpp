@@ -1,0 +1,140 @@
+#include "native_files.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace tp3 {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, Closer>;
+
+[[noreturn]] void fail(const std::string& what) { throw std::system_error(errno, std::generic_category(), what); }
+
+class FileReader : public SourceReader {
+  public:
+    explicit FileReader(File file) : file_(std::move(file)) {}
+    std::size_t read(char* buffer, std::size_t capacity) override {
+        return std::fread(buffer, 1, capacity, file_.get());
+    }
+
+  private:
+    File file_;
+};
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+        return std::toupper(x) == std::toupper(y);
+    });
+}
+
+} // namespace
+
+fs::path findIgnoringCase(const fs::path& folder, std::string_view name) {
+    fs::path place = folder.empty() ? fs::path(".") : folder;
+    std::string rest(name);
+    std::replace(rest.begin(), rest.end(), '\\', '/');
+    for (const fs::path& part : fs::path(rest)) {
+        std::error_code error;
+        fs::path found;
+        if (part == "." || part == ".." || part == "/") {
+            place /= part;
+            continue;
+        }
+        for (const fs::directory_entry& entry : fs::directory_iterator(place, error)) {
+            const std::string candidate = entry.path().filename().string();
+            if (candidate == part.string()) {
+                found = entry.path(); // the exact name wins where several differ only in case
+                break;
+            }
+            if (equalIgnoringCase(candidate, part.string())) {
+                found = entry.path();
+            }
+        }
+        if (found.empty()) {
+            return {};
+        }
+        place = found;
+    }
+    return place;
+}
+
+std::unique_ptr<SourceReader> FolderHost::openSource(std::string_view name) {
+    const fs::path path = findIgnoringCase(folder_, name);
+    std::error_code error;
+    if (path.empty() || !fs::is_regular_file(path, error)) {
+        return nullptr;
+    }
+    File file(std::fopen(path.c_str(), "rb"));
+    return file == nullptr ? nullptr : std::make_unique<FileReader>(std::move(file));
+}
+
+std::size_t FolderHost::stackLeft() {
+    // Half of what the system allows: sanitizers and the callers above take their share too.
+    rlimit limit{};
+    constexpr std::size_t modest = 4U << 20U;
+    std::size_t total = modest;
+    if (getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
+        total = std::min<std::size_t>(limit.rlim_cur / 2, std::size_t{64} << 20U);
+    }
+    const auto* here = reinterpret_cast<const char*>(__builtin_frame_address(0));
+    const auto used = static_cast<std::size_t>(stackBase_ > here ? stackBase_ - here : here - stackBase_);
+    return used < total ? total - used : 0;
+}
+
+std::vector<std::uint8_t> readFile(const fs::path& path) {
+    const File file(std::fopen(path.c_str(), "rb"));
+    if (file == nullptr) {
+        fail(path.string());
+    }
+    std::vector<std::uint8_t> content;
+    std::uint8_t buffer[4096];
+    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get())) {
+        content.insert(content.end(), buffer, buffer + count);
+    }
+    if (std::ferror(file.get()) != 0) {
+        fail(path.string());
+    }
+    return content;
+}
+
+void writeFileSafely(const fs::path& path, const std::vector<std::uint8_t>& content) {
+    std::error_code error;
+    if (fs::exists(path, error) && !fs::is_regular_file(path, error)) {
+        // A device or pipe can only be written to as it is.
+        const File device(std::fopen(path.c_str(), "wb"));
+        if (device == nullptr || std::fwrite(content.data(), 1, content.size(), device.get()) != content.size() ||
+            std::fflush(device.get()) != 0) {
+            fail(path.string());
+        }
+        return;
+    }
+    const fs::path beside = path.string() + ".new";
+    File file(std::fopen(beside.c_str(), "wb"));
+    if (file == nullptr) {
+        fail(path.string());
+    }
+    const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size() &&
+                         std::fflush(file.get()) == 0 && ::fsync(::fileno(file.get())) == 0;
+    const int writeError = errno;
+    const bool closed = std::fclose(file.release()) == 0;
+    if (!written || !closed || std::rename(beside.c_str(), path.c_str()) != 0) {
+        const int reason = written ? errno : writeError;
+        std::remove(beside.c_str());
+        errno = reason;
+        fail(path.string());
+    }
+}
+
+} // namespace tp3
