@@ -2,6 +2,7 @@
 
 #include "arena.h"
 #include "errors.h"
+#include "language_features.h"
 #include "host.h"
 #include "tree.h"
 
@@ -16,6 +17,8 @@ namespace tp3 {
 /// Options given on the command line that the parser needs.
 struct ParserOptions {
     std::string_view mainFile; ///< NAME.PAS as the host opens it
+    int pass = 1;              ///< told to Host::progress
+    Features features = shippedFeatures;
 };
 
 /// Gets each routine's body as soon as it is parsed, nested routines before those that hold them, the main program

@@ -59,8 +59,11 @@ struct Symbol {
     bool userDeclared = true;
     Name* name = nullptr;
     Type* type = nullptr;
-    Symbol* next = nullptr;     ///< next in its scope, record, parameter list or enumeration, in order of declaration
+    /// Next local, field, parameter or enumeration constant, in order of declaration.
+    Symbol* next = nullptr;
+    Symbol* nextInScope = nullptr; ///< the parser's list of what to forget at the end of a scope
     Symbol* shadowed = nullptr; ///< what the name meant outside
+    std::uint8_t scopeLevel = 0; ///< 0 the language's own identifiers, 1 the main program, 2 its routines, ...
     /// Variables and routines: number in order of declaration, the same in both passes.
     std::uint16_t ordinal = 0;
     Routine* owner = nullptr;   ///< variables: the routine that holds it, null for globals
@@ -71,6 +74,7 @@ struct Symbol {
     std::uint16_t textLength = 0;
     std::uint8_t realBytes[6] = {}; ///< real constants, in memory layout
     Symbol* alias = nullptr;    ///< absoluteVariable
+    const void* enclosure = nullptr; ///< labels: the parser's mark of the for or with statement around
     Routine* routine = nullptr; ///< kind routine
     Position position;
 };

@@ -23,11 +23,14 @@ enum class ExprKind : std::uint8_t {
     dereference,  ///< left = pointer value
     memory,       ///< Mem[left]: Byte at an address
     port,         ///< Port[left]
+    routineAddress, ///< symbol (a routine): where its code is; type Integer. Not a designator
     retypeVariable, ///< left = designator seen as another type of the same size
     // operations
     unary,  ///< op, left
     binary, ///< op, left, right. Operands are of one kind: both integer, both the same ordinal host type, both strings, ...
-    convert, ///< left; to `type`: ordinal to ordinal by value (retype), Char or array of Char to string, Integer to Real
+    /// left; to `type`: ordinal to ordinal by value (retype), Char or array of Char to string, string to Char (its
+    /// length must be 1, else run-time error 10), Integer to Real, pointer to Integer and back
+    convert,
     call,    ///< symbol (a routine); arguments linked by next from `left`, one for each parameter in order
     standardCall, ///< value = StandardRoutine; arguments linked by next from `left`
     setConstructor, ///< elements linked by next from `left`: single values, or `range` nodes
@@ -43,11 +46,16 @@ enum class Operator : std::uint8_t {
     // add, subtract, multiply on sets are union, difference, intersection.
 };
 
+/// Deeper expressions are error 99. Deep enough for any text written by hand, small enough for a DOS stack.
+inline constexpr std::uint8_t maximumTreeDepth = 200;
+
 struct Expr {
     ExprKind kind = ExprKind::ordinal;
     Operator op = Operator::none;
     /// Range check wanted ({$R+}) at this index, or (convert) at this assignment or parameter: type gives the bounds.
     bool checked = false;
+    /// Levels of nodes from here down, never above maximumTreeDepth, so that recursion over a tree is bounded.
+    std::uint8_t depth = 1;
     std::uint16_t textLength = 0;
     Type* type = nullptr;
     Position position;
@@ -96,9 +104,21 @@ struct InlineItem {
     InlineItem* next = nullptr;
 };
 
+/// Directives in force where a statement begins, as bits of Stmt::options.
+enum StatementOption : std::uint8_t {
+    optionIoCheck = 1,       ///< {$I+} stop at an I/O error
+    optionUserInterrupt = 2, ///< {$U+} look for ^C here
+    optionControlC = 4,      ///< {$C+}
+    optionArraySpeed = 8,    ///< {$X+} code for speed rather than size
+    optionBufferedConsole = 16, ///< {$B+}
+    optionAbsoluteCode = 32, ///< {$A+}
+    optionRangeCheck = 64,   ///< {$R+}
+};
+
 struct Stmt {
     StmtKind kind = StmtKind::empty;
     bool down = false; ///< forLoop: downto
+    std::uint8_t options = 0; ///< StatementOption bits
     Position position;
     Stmt* next = nullptr;
     Stmt* body = nullptr;
@@ -150,7 +170,9 @@ enum class StandardRoutine : std::uint8_t {
     halt, bdos /* (f, p) */, bdosHL, bios, biosHL, chain, execute, paramCount, paramStr, ioResult,
     // screen
     clrScr, clrEol, gotoXY, insLine, delLine, lowVideo, normVideo, highVideo, crtInit, crtExit, delay, keyPressed,
-    // files and reals: the rest of the language's list follows when the library has them
+    // reals: (real) real, but for round and trunc: (real) integer
+    sqrt, sin, cos, arcTan, ln, exp, frac, intPart, round, trunc,
+    // files: the rest of the language's list follows when the library has them
 };
 
 } // namespace tp3

@@ -1,0 +1,161 @@
+#include "scanner.h"
+
+namespace tp3 {
+namespace {
+
+constexpr char upper(int c) {
+    return static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+}
+
+// Letters, digits and the punctuation that DOS takes in file names.
+constexpr bool isFileCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("!#$%&'()-@^_`{}~").find(c) != std::string_view::npos;
+}
+
+// True for a name of at most eight characters with an extension of at most three.
+bool isDosName(std::string_view name) {
+    const std::size_t dot = name.find('.');
+    const std::string_view stem = name.substr(0, dot);
+    const std::string_view extension =
+        dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1);
+    if (stem.empty() || stem.size() > 8 || extension.size() > 3)
+        return false;
+    for (const char c : stem)
+        if (!isFileCharacter(c))
+            return false;
+    for (const char c : extension)
+        if (!isFileCharacter(c))
+            return false;
+    return true;
+}
+
+} // namespace
+
+// A comment ends with the mark of its own kind only, so that one kind may enclose the other.
+bool Scanner::commentEnd(bool brace) {
+    if (brace) {
+        if (peek() != '}')
+            return false;
+        take();
+        return true;
+    }
+    if (peek() != '*' || peek(1) != ')')
+        return false;
+    take();
+    take();
+    return true;
+}
+
+// comment = '{' any '}' | '(*' any '*)'; one that begins with '$' holds directives
+void Scanner::skipComment(bool brace) {
+    const Position start = here();
+    take();
+    if (!brace)
+        take();
+    if (peek() == '$') {
+        take();
+        directiveList(brace);
+        return;
+    }
+    while (!commentEnd(brace)) {
+        if (take() == endOfFile)
+            return fail(Error::unexpectedEnd, start);
+    }
+}
+
+// directives = directive {',' directive}; text behind the last one is commentary
+void Scanner::directiveList(bool brace) {
+    const Position start = here();
+    while (!errors_.failed()) {
+        const Position position = here();
+        const int letter = upper(peek());
+        if (letter == 'I' && peek(1) != '+' && peek(1) != '-') {
+            take();
+            return include(brace, position);
+        }
+        if (peek() == endOfFile)
+            return fail(Error::unexpectedEnd, start);
+        take();
+        if (!directive(letter, brace))
+            return fail(Error::directive, position);
+        if (peek() != ',')
+            break;
+        take();
+    }
+    while (!errors_.failed() && !commentEnd(brace)) {
+        if (take() == endOfFile)
+            return fail(Error::unexpectedEnd, start);
+    }
+}
+
+bool Scanner::sign(bool& flag) {
+    const int character = peek();
+    if (character != '+' && character != '-')
+        return false;
+    flag = character == '+';
+    take();
+    return true;
+}
+
+bool Scanner::directive(int letter, bool) {
+    bool ignored = false;
+    switch (letter) {
+    case 'A':
+        return sign(directives_.absoluteCode);
+    case 'B':
+        return sign(directives_.bufferedConsole);
+    case 'C':
+        return sign(directives_.controlC);
+    case 'I':
+        return sign(directives_.ioCheck);
+    case 'K':
+        return sign(ignored); // checks of the 16-bit machines' stack; programs made for both carry it
+    case 'R':
+        return sign(directives_.rangeCheck);
+    case 'U':
+        return sign(directives_.userInterrupt);
+    case 'V':
+        return sign(directives_.varStringCheck);
+    case 'X':
+        return sign(directives_.arraySpeed);
+    case 'W':
+        if (peek() < '0' || peek() > '9')
+            return false;
+        directives_.withLimit = static_cast<std::uint8_t>(take() - '0');
+        return true;
+    default:
+        return false;
+    }
+}
+
+// include = 'I' blank name; the rest of the comment is not looked at
+void Scanner::include(bool brace, Position position) {
+    std::string name;
+    constexpr std::size_t longestPath = 127;
+    while (peek() == ' ' || peek() == '\t')
+        take();
+    bool inName = true;
+    while (!commentEnd(brace)) {
+        const int character = take();
+        if (character == endOfFile)
+            return fail(Error::unexpectedEnd, position);
+        if (character <= ' ')
+            inName = false;
+        if (inName && name.size() < longestPath)
+            name += upper(character);
+    }
+    if (name.empty())
+        return fail(Error::directive, position);
+    const std::size_t folder = name.find_last_of("\\/:");
+    const std::size_t start = folder == std::string::npos ? 0 : folder + 1;
+    if (!isDosName(std::string_view(name).substr(start)))
+        return fail(Error::fileNotFound, position, name);
+    if (name.find('.', start) == std::string::npos)
+        name += ".PAS";
+    if (sources_.size() > maximumIncludeDepth)
+        return fail(Error::includeNesting, position, name);
+    push(name, position);
+}
+
+} // namespace tp3

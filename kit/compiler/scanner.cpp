@@ -1,0 +1,458 @@
+#include "scanner.h"
+
+namespace tp3 {
+namespace {
+
+constexpr int controlZ = 0x1A; // ends a text file, whatever follows
+
+constexpr bool isDigit(int c) {
+    return c >= '0' && c <= '9';
+}
+constexpr bool isLetter(int c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+}
+constexpr int upper(int c) {
+    return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
+}
+constexpr int hexDigit(int c) {
+    if (isDigit(c))
+        return c - '0';
+    c = upper(c);
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+} // namespace
+
+void ErrorState::report(Error error, Position position, std::string_view detail) {
+    if (failed() || error == Error::none)
+        return;
+    first.error = error;
+    first.position = position;
+    first.detail = detail;
+    if (position.file < files.size()) {
+        const std::string& path = files[position.file];
+        const std::size_t folder = path.find_last_of("\\/:");
+        first.file = folder == std::string::npos ? path : path.substr(folder + 1);
+    }
+}
+
+Scanner::Scanner(Host& host, NameTable& names, ErrorState& errors, int pass)
+    : host_(host), names_(names), errors_(errors), pass_(pass) {}
+
+void Scanner::fail(Error error, Position position, std::string_view detail) {
+    errors_.report(error, position, detail);
+}
+
+Position Scanner::here() const {
+    if (sources_.empty())
+        return last_;
+    const Source& source = sources_.back();
+    const std::uint64_t column = source.before + source.next - source.lineStart + 1;
+    Position position;
+    position.line = static_cast<std::uint16_t>(source.line < 65535 ? source.line : 65535);
+    position.file = source.file;
+    position.column = static_cast<std::uint8_t>(column < 255 ? column : 255);
+    return position;
+}
+
+// Makes at least `wanted` characters available in the buffer if the file has them.
+bool Scanner::fill(std::size_t wanted) {
+    Source& source = sources_.back();
+    while (source.end - source.next < wanted) {
+        if (source.ended)
+            return false;
+        if (source.next > 0) {
+            for (std::size_t i = source.next; i < source.end; ++i)
+                source.buffer[i - source.next] = source.buffer[i];
+            source.before += source.next;
+            source.end -= source.next;
+            source.next = 0;
+        }
+        const std::size_t count =
+            source.reader->read(source.buffer.get() + source.end, bufferSize - source.end);
+        if (count == 0 || count > bufferSize - source.end)
+            source.ended = true;
+        else
+            source.end += count;
+    }
+    return true;
+}
+
+int Scanner::peek(std::size_t ahead) {
+    if (sources_.empty())
+        return endOfFile;
+    Source& source = sources_.back();
+    if (source.end - source.next <= ahead && !fill(ahead + 1))
+        return endOfFile;
+    const int character = static_cast<unsigned char>(source.buffer[source.next + ahead]);
+    return character == controlZ ? endOfFile : character;
+}
+
+int Scanner::take() {
+    const int character = peek();
+    if (character == endOfFile)
+        return endOfFile;
+    ++sources_.back().next;
+    if (character == '\n' || character == '\r')
+        lineEnd(character);
+    return character;
+}
+
+// LF, CR LF and CR all end a line.
+void Scanner::lineEnd(int character) {
+    if (character == '\r' && peek() == '\n')
+        ++sources_.back().next;
+    Source& source = sources_.back();
+    ++source.line;
+    source.lineStart = source.before + source.next;
+    ++lines_;
+    constexpr std::uint32_t linesBetweenReports = 128;
+    if (lines_ % linesBetweenReports == 0)
+        host_.progress(pass_, lines_);
+}
+
+bool Scanner::open(std::string_view mainFile) {
+    return push(mainFile, Position{});
+}
+
+bool Scanner::push(std::string_view name, Position position) {
+    std::unique_ptr<SourceReader> reader = host_.openSource(name);
+    if (reader == nullptr) {
+        if (sources_.empty())
+            errors_.files.emplace_back(name);
+        fail(Error::fileNotFound, position, name);
+        return false;
+    }
+    std::size_t file = 0;
+    while (file < errors_.files.size() && errors_.files[file] != name)
+        ++file;
+    if (file > 255) {
+        fail(Error::tableOverflow, position, name);
+        return false;
+    }
+    if (file == errors_.files.size())
+        errors_.files.emplace_back(name);
+    Source source;
+    source.reader = std::move(reader);
+    source.buffer.reset(new char[bufferSize]);
+    source.file = static_cast<std::uint8_t>(file);
+    sources_.push_back(std::move(source));
+    return true;
+}
+
+// At the end of an included file: goes on after its directive. False at the end of the main file, which stays
+// so that errors there still have a place.
+bool Scanner::popInclude() {
+    if (sources_.size() > 1) {
+        sources_.pop_back();
+        return true;
+    }
+    last_ = here();
+    return false;
+}
+
+// Skips what stands between tokens. False at the end of the source.
+bool Scanner::skipBlanks() {
+    while (!errors_.failed()) {
+        const int character = peek();
+        if (character == endOfFile) {
+            if (!popInclude())
+                return false;
+        } else if (character <= ' ') {
+            take();
+        } else if (character == '{') {
+            skipComment(true);
+        } else if (character == '(' && peek(1) == '*') {
+            skipComment(false);
+        } else {
+            return true;
+        }
+    }
+    return false;
+}
+
+void Scanner::next(Token& token) {
+    if (sources_.empty() || !skipBlanks()) {
+        token.kind = TokenKind::endOfSource;
+        token.position = here();
+        return;
+    }
+    token.position = here();
+    const int character = peek();
+    if (isLetter(character))
+        identifier(token);
+    else if (isDigit(character))
+        number(token);
+    else if (character == '$')
+        hexNumber(token);
+    else if (character == '\'' || character == '#')
+        stringToken(token);
+    else
+        symbol(token);
+    if (errors_.failed())
+        token.kind = TokenKind::endOfSource;
+}
+
+void Scanner::identifier(Token& token) {
+    textLength_ = 0;
+    std::uint32_t hash = NameTable::hashStart;
+    int character = peek();
+    while (isLetter(character) || isDigit(character)) {
+        if (textLength_ == maximumIdentifier)
+            return fail(Error::tableOverflow, token.position, "identifier of more than 127 characters");
+        const char letter = static_cast<char>(upper(character));
+        text_[textLength_++] = letter;
+        hash = NameTable::hashStep(hash, letter);
+        ++sources_.back().next;
+        character = peek();
+    }
+    if (character >= 0x80)
+        return fail(Error::identifierCharacter, here());
+    token.name = names_.find(text(), hash);
+    token.kind = token.name->reservedWord == 0 ? TokenKind::identifier
+                                               : static_cast<TokenKind>(token.name->reservedWord);
+}
+
+// integer = digit {digit}; a number is real when a point and a digit, or an exponent, follow.
+void Scanner::number(Token& token) {
+    textLength_ = 0;
+    std::int32_t value = 0;
+    std::size_t digits = 0;
+    while (isDigit(peek())) {
+        const int digit = take();
+        if (value < 100000)
+            value = value * 10 + digit - '0';
+        if (digits < maximumString)
+            text_[digits] = static_cast<char>(digit);
+        ++digits;
+    }
+    const int after = peek();
+    const bool point = after == '.' && peek(1) != '.' && peek(1) != ')';
+    const bool exponent =
+        upper(after) == 'E' && (isDigit(peek(1)) || ((peek(1) == '+' || peek(1) == '-') && isDigit(peek(2))));
+    if (point || exponent)
+        return realNumber(token, digits);
+    if (value > 32768)
+        return fail(Error::integerConstant, token.position);
+    token.kind = TokenKind::integer;
+    token.value = value;
+}
+
+// real = digits '.' digits ['E' [sign] digits] | digits 'E' [sign] digits
+void Scanner::realNumber(Token& token, std::size_t digits) {
+    textLength_ = digits;
+    const auto keep = [this](int character) {
+        if (textLength_ < maximumString)
+            text_[textLength_] = static_cast<char>(character);
+        ++textLength_;
+    };
+    if (peek() == '.') {
+        if (!isDigit(peek(1)))
+            return fail(Error::realConstant, token.position);
+        keep(take());
+        while (isDigit(peek()))
+            keep(take());
+    }
+    if (upper(peek()) == 'E') {
+        const std::size_t digitAt = peek(1) == '+' || peek(1) == '-' ? 2 : 1;
+        if (isDigit(peek(digitAt))) {
+            keep(upper(take()));
+            if (digitAt == 2)
+                keep(take());
+            while (isDigit(peek()))
+                keep(take());
+        }
+    }
+    if (textLength_ > maximumString) {
+        textLength_ = 0;
+        return fail(Error::realConstant, token.position);
+    }
+    token.kind = TokenKind::real;
+}
+
+// hexNumber = '$' hexDigit {hexDigit}
+void Scanner::hexNumber(Token& token) {
+    take();
+    std::int32_t value = 0;
+    bool any = false;
+    for (int digit = hexDigit(peek()); digit >= 0; digit = hexDigit(peek())) {
+        value = value * 16 + digit;
+        any = true;
+        take();
+        if (value > 0xFFFF)
+            return fail(Error::integerConstant, token.position);
+    }
+    if (!any || isLetter(peek()))
+        return fail(Error::integerConstant, token.position);
+    token.kind = TokenKind::integer;
+    token.value = value > 32767 ? value - 65536 : value;
+}
+
+void Scanner::append(char character, Position start) {
+    if (textLength_ == maximumString)
+        return fail(Error::stringLength, start);
+    text_[textLength_++] = character;
+}
+
+// Between quotes, '' for a quote, on one line.
+bool Scanner::quoted(Position start) {
+    take();
+    while (!errors_.failed()) {
+        const int character = peek();
+        if (character == endOfFile || character == '\n' || character == '\r') {
+            fail(Error::stringExceedsLine, start);
+            return false;
+        }
+        take();
+        if (character == '\'') {
+            if (peek() != '\'')
+                return true;
+            take();
+        }
+        append(static_cast<char>(character), start);
+    }
+    return false;
+}
+
+// '#' (digits | '$' hexDigits)
+bool Scanner::numbered() {
+    const Position start = here();
+    take();
+    const bool hex = peek() == '$';
+    if (hex)
+        take();
+    int value = 0;
+    bool any = false;
+    while (hex ? hexDigit(peek()) >= 0 : isDigit(peek())) {
+        value = hex ? value * 16 + hexDigit(peek()) : value * 10 + peek() - '0';
+        any = true;
+        take();
+        if (value > 255) {
+            fail(Error::constantOutOfRange, start);
+            return false;
+        }
+    }
+    if (!any) {
+        fail(Error::integerConstant, start);
+        return false;
+    }
+    append(static_cast<char>(value), start);
+    return true;
+}
+
+// What follows the caret: @ A..Z [ \ ] ^ _ stand for 0..31, ? for 127.
+bool Scanner::control() {
+    const Position start = here();
+    const int character = upper(peek());
+    if ((character < '@' || character > '_') && character != '?') {
+        fail(Error::unknownIdentifier, start);
+        return false;
+    }
+    take();
+    append(static_cast<char>(character ^ 0x40), start);
+    return true;
+}
+
+// Literals that touch each other are one: 'ab'^G#13'c'
+void Scanner::stringPieces(Token& token) {
+    while (!errors_.failed()) {
+        const int character = peek();
+        if (character == '\'') {
+            if (!quoted(token.position))
+                return;
+        } else if (character == '#') {
+            if (!numbered())
+                return;
+        } else if (character == '^') {
+            take();
+            if (!control())
+                return;
+        } else {
+            break;
+        }
+    }
+    token.kind = TokenKind::string;
+}
+
+void Scanner::stringToken(Token& token) {
+    textLength_ = 0;
+    stringPieces(token);
+}
+
+void Scanner::controlCharacter(Token& token) {
+    textLength_ = 0;
+    if (control())
+        stringPieces(token);
+    if (errors_.failed())
+        token.kind = TokenKind::endOfSource;
+}
+
+void Scanner::symbol(Token& token) {
+    const auto two = [&](int second, TokenKind both, TokenKind single) {
+        if (peek() == second) {
+            take();
+            token.kind = both;
+        } else {
+            token.kind = single;
+        }
+    };
+    switch (take()) {
+    case '+':
+        token.kind = TokenKind::plus;
+        break;
+    case '-':
+        token.kind = TokenKind::minus;
+        break;
+    case '*':
+        token.kind = TokenKind::star;
+        break;
+    case '/':
+        token.kind = TokenKind::slash;
+        break;
+    case '=':
+        token.kind = TokenKind::equal;
+        break;
+    case ')':
+        token.kind = TokenKind::rightParenthesis;
+        break;
+    case '[':
+        token.kind = TokenKind::leftBracket;
+        break;
+    case ']':
+        token.kind = TokenKind::rightBracket;
+        break;
+    case ',':
+        token.kind = TokenKind::comma;
+        break;
+    case ';':
+        token.kind = TokenKind::semicolon;
+        break;
+    case '^':
+        token.kind = TokenKind::caret;
+        break;
+    case '>':
+        two('=', TokenKind::greaterEqual, TokenKind::greater);
+        break;
+    case ':':
+        two('=', TokenKind::assign, TokenKind::colon);
+        break;
+    case '(':
+        two('.', TokenKind::leftBracket, TokenKind::leftParenthesis);
+        break;
+    case '<':
+        two('=', TokenKind::lessEqual, TokenKind::less);
+        if (token.kind == TokenKind::less)
+            two('>', TokenKind::notEqual, TokenKind::less);
+        break;
+    case '.':
+        two('.', TokenKind::range, TokenKind::period);
+        if (token.kind == TokenKind::period)
+            two(')', TokenKind::rightBracket, TokenKind::period);
+        break;
+    default:
+        fail(Error::unknownIdentifier, token.position);
+        break;
+    }
+}
+
+} // namespace tp3

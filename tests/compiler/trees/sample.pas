@@ -1,0 +1,35 @@
+program Sample(input, output);
+label 1, done, inc1;
+const Max = 10; Neg = -Max; Name = 'abc'^G#13; Ch = 'x';
+  Table: array[1..2, 0..2] of byte = ((1,2,3),(4,5,255));
+  P: record x: integer; s: string[5]; c: array[1..3] of char end = (x: -2; s: 'hi'; c: 'xyz');
+type Color = (red, green, blue); S20 = string[20];
+  List = ^Node; Node = record next: List; value: integer; case tag: boolean of true: (a: byte); false: (b: integer) end;
+  Small = 1..10;
+var i, j: integer; b: byte; s: S20; c: char; a: array[Small] of integer; m: array[0..3, Color] of Small;
+  p1: List; r: Node; screen: array[0..10] of byte absolute $C000; alias: byte absolute i; col: Color; f: boolean;
+  rs: array[0..3] of Node;
+procedure Later(x: integer); forward;
+function Fact(n: integer): integer;
+begin if n < 2 then Fact := 1 else Fact := n * Fact(n - 1) end;
+procedure Swap2(var x, y: integer; t: S20; var any);
+var q: integer;
+  procedure Inner; begin q := x; i := 1; Later(q) end;
+begin Inner; x := y; exit end;
+procedure Later; begin writeln(x:5) end;
+procedure Ext(x: integer); external $F000;
+begin
+  for i := 1 to Max do a[i] := Fact(i) + Neg;
+  s := Name + Ch; s := 'a'; c := s[1]; c := copy(s, 2, 1);
+  if s = 'x' then b := length(s) else if c < 'b' then b := 2;
+  1: m[i, green] := 3; {$R+} m[i][col] := j; {$R-} inc1: p1^.next^.value := ord(p1) mod b;
+  with r do begin value := 1; next := nil; goto done end;
+  with p1^, rs[j] do next := ptr(0);
+  case c of 'a'..'c', ^G: i := 1; 'd': ; else i := 2; j := 3 end;
+  repeat read(i, c, b); readln; readln(s) until odd(i) and f or not (i > 3);
+  write(i, c:3, s, f:j, 'lit'); writeln;
+  mem[$4000 + i] := port[$98]; inline($3E / <i / >1 / * - 2 / Swap2);
+  Swap2(i, a[3], 'q', r); str(i:4, s); val(s, i, j); move(a, m, sizeof(m)); fillchar(screen, 11, 'x');
+  new(p1); i := bdos(11) and $FF; bdos(2, byte(c)); i := addr(Swap2) + addr(i); if s + c > 'abc' then halt;
+  done: f := (red < blue) xor boolean(i) ; col := succ(red); col := color(i);
+end.
