@@ -55,6 +55,7 @@ class Lowering {
     Operand elementPlace(Operand base, const Expr* index, std::int32_t low, std::uint32_t elementSize, bool checked,
                          std::int32_t high);
     Operand offsetPlace(Operand base, std::int32_t offset);
+    static Operand memoryAt(Operand address);
     Operand addressOf(Operand place);
     Operand addressOfDesignator(const Expr* designator) { return addressOf(place(designator)); }
     Operand freeze(Operand operand, Width width);

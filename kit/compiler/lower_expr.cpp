@@ -66,6 +66,13 @@ Operand Lowering::evaluate(const Expr* e, Width want) {
         const Operand number = evaluate(e->left, Width::byte);
         return resize(b_.operation(IrOp::portIn, Width::byte, number), Width::byte, want);
     }
+    case ExprKind::routineAddress: {
+        Operand address;
+        address.kind = Operand::Kind::address;
+        address.target = z80::Target::routine;
+        address.index = e->symbol->routine->ordinal;
+        return resize(load(address, Width::word), Width::word, want);
+    }
     case ExprKind::unary:
         return unary(e, want);
     case ExprKind::binary:
@@ -234,6 +241,15 @@ Operand Lowering::quotient(const Expr* e, Width want) {
 }
 
 Operand Lowering::convert(const Expr* e, Width want) {
+    if (e->type->kind == TypeKind::character && e->left->type->kind == TypeKind::string) {
+        // A string is a character when it has one; anything else stops the program.
+        const Operand text = stringAddress(e->left);
+        const Operand at = text.isValue() ? Operand::indirect(text.id, 0) : memoryAt(text);
+        constexpr std::uint16_t lengthError = 0x10;
+        checkRange(load(at, Width::byte), Width::byte, 1, 1, RuntimeEntry::runError);
+        function_.code.back().n = lengthError;
+        return resize(load(offsetPlace(at, 1), Width::byte), Width::byte, want);
+    }
     if (!isScalar(e->type) || !isScalar(e->left->type)) {
         cannot(e->position);
         return Operand::constant(0);

@@ -59,6 +59,15 @@ Operand Lowering::freeze(Operand operand, Width width) {
     return operand;
 }
 
+/// What lies at a constant address.
+Operand Lowering::memoryAt(Operand address) {
+    if (address.isConstant()) {
+        return Operand::memory(static_cast<std::uint16_t>(address.n));
+    }
+    address.kind = Operand::Kind::memory;
+    return address;
+}
+
 /// The address of a place as a word operand.
 Operand Lowering::addressOf(Operand place) {
     if (place.kind == Operand::Kind::indirect) {
@@ -92,22 +101,11 @@ Operand Lowering::place(const Expr* e) {
         return place(e->left);
     case ExprKind::dereference: {
         const Operand pointer = load(evaluate(e->left, Width::word), Width::word);
-        if (pointer.isConstant()) {
-            return Operand::memory(static_cast<std::uint16_t>(pointer.n));
-        }
-        if (pointer.kind == Operand::Kind::address) {
-            Operand memory = pointer;
-            memory.kind = Operand::Kind::memory;
-            return memory;
-        }
-        return Operand::indirect(pointer.id, 0);
+        return pointer.isValue() ? Operand::indirect(pointer.id, 0) : memoryAt(pointer);
     }
     case ExprKind::memory: {
         const Operand address = evaluate(e->left, Width::word);
-        if (address.isConstant()) {
-            return Operand::memory(static_cast<std::uint16_t>(address.n));
-        }
-        return Operand::indirect(address.id, 0);
+        return address.isValue() ? Operand::indirect(address.id, 0) : memoryAt(address);
     }
     case ExprKind::string:
         break;
@@ -117,7 +115,7 @@ Operand Lowering::place(const Expr* e) {
     case ExprKind::binary:
         if (e->type->kind == TypeKind::string) {
             const Operand address = stringAddress(e);
-            return Operand::indirect(address.id, 0);
+            return address.isValue() ? Operand::indirect(address.id, 0) : memoryAt(address);
         }
         break;
     default:

@@ -98,19 +98,27 @@ void Lowering::assign(const Stmt* s) {
     b_.copy(place(s->target), value, width);
 }
 
+/// A chain of else-ifs is walked, not descended into: it may have thousands of links.
 void Lowering::conditional(const Stmt* s) {
-    const BlockId thenBlock = b_.newBlock();
     const BlockId done = b_.newBlock();
-    const BlockId elseBlock = s->other != nullptr ? b_.newBlock() : done;
-    condition(s->value, thenBlock, elseBlock);
-    b_.startBlock(thenBlock);
-    statements(s->body);
-    if (s->other != nullptr) {
-        if (b_.isOpen()) {
-            b_.jump(done);
+    for (const Stmt* rest = s; rest != nullptr;) {
+        if (rest->kind != StmtKind::conditional || rest->next != nullptr) {
+            statements(rest);
+            break;
         }
-        b_.startBlock(elseBlock);
-        statements(s->other);
+        const BlockId thenBlock = b_.newBlock();
+        const BlockId elseBlock = rest->other != nullptr ? b_.newBlock() : done;
+        b_.setPosition(rest->position);
+        condition(rest->value, thenBlock, elseBlock);
+        b_.startBlock(thenBlock);
+        statements(rest->body);
+        rest = rest->other;
+        if (rest != nullptr) {
+            if (b_.isOpen()) {
+                b_.jump(done);
+            }
+            b_.startBlock(elseBlock);
+        }
     }
     b_.startBlock(done);
 }

@@ -298,6 +298,9 @@ void Selector::check(Ir& ir) {
     }
     if (tested) {
         label(bad);
+        if (ir.n != 0) {
+            loadN(Reg::a, ir.n); // the entry wants the error's number
+        }
         libraryCall(static_cast<RuntimeEntry>(ir.index));
         label(good);
     }
