@@ -271,7 +271,7 @@ void Machine::apply(const BdosAnswer& answer) {
     Z80EX_CONTEXT* processor = processor_.get();
     if (answer.a) {
         const unsigned flags = z80ex_get_reg(processor, regAF) & 0xFFU;
-        z80ex_set_reg(processor, regAF, static_cast<Z80EX_WORD>(*answer.a << 8U | flags));
+        z80ex_set_reg(processor, regAF, static_cast<Z80EX_WORD>(unsigned{*answer.a} << 8U | flags));
     }
     if (answer.hl) {
         z80ex_set_reg(processor, regHL, *answer.hl);

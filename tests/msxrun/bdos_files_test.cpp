@@ -1,0 +1,297 @@
+#include "support.h"
+
+#include <gtest/gtest.h>
+
+namespace msxrun::test {
+namespace {
+
+constexpr unsigned fcb = 0x8000;
+constexpr unsigned dma = 0x9000;
+
+TEST(BdosFiles, OpenFindsAnyCaseAndFillsOnlyWhatItKnows) {
+    BdosBench bench;
+    bench.folder.put("Data.txt", "hello");
+    bench.putFcb(fcb, "DATA    TXT");
+    for (const unsigned offset : {12U, 13U, 14U, 15U, 32U, 33U, 34U, 35U, 36U}) {
+        bench.memory.setByte(fcb + offset, 0x77);
+    }
+    EXPECT_EQ(bench.a(0x0F, fcb), 0);
+    EXPECT_EQ(bench.memory.doubleWord(fcb + 16), 5U);
+    for (const unsigned offset : {12U, 13U, 14U, 15U, 32U, 33U, 34U, 35U, 36U}) {
+        EXPECT_EQ(bench.memory.byte(fcb + offset), 0x77) << offset;
+    }
+    bench.putFcb(fcb, "NONE    TXT");
+    EXPECT_EQ(bench.a(0x0F, fcb), 0xFF);
+    bench.putFcb(fcb, "DATA    TXT");
+    bench.memory.setByte(fcb, 2); // there is no drive B:
+    EXPECT_EQ(bench.a(0x0F, fcb), 0xFF);
+}
+
+TEST(BdosFiles, SequentialReadPadsLastRecordThenEnds) {
+    BdosBench bench;
+    bench.folder.put("A.DAT", std::string(128, 'x') + "yz");
+    bench.putFcb(fcb, "A       DAT");
+    bench.call(0x1A, dma);
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    EXPECT_EQ(bench.a(0x14, fcb), 0);
+    EXPECT_EQ(bench.text(dma, 128), std::string(128, 'x'));
+    EXPECT_EQ(bench.a(0x14, fcb), 0);
+    EXPECT_EQ(bench.text(dma, 128), "yz" + std::string(126, '\0'));
+    EXPECT_EQ(bench.a(0x14, fcb), 1);
+    EXPECT_EQ(bench.memory.byte(fcb + 32), 2);
+}
+
+TEST(BdosFiles, SequentialRecordCarriesIntoTheBlock) {
+    BdosBench bench;
+    bench.putFcb(fcb, "A       DAT");
+    bench.call(0x1A, dma);
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    bench.memory.setByte(fcb + 32, 127);
+    EXPECT_EQ(bench.a(0x15, fcb), 0);
+    EXPECT_EQ(bench.memory.word(fcb + 12), 1);
+    EXPECT_EQ(bench.memory.byte(fcb + 32), 0);
+    EXPECT_EQ(bench.call(0x24, fcb).endsProgram, false);
+    EXPECT_EQ(bench.memory.doubleWord(fcb + 33), 128U);
+}
+
+TEST(BdosFiles, BlockReadOfAnyRecordSize) {
+    BdosBench bench;
+    bench.folder.put("A.TXT", "0123456789");
+    bench.putFcb(fcb, "A       TXT");
+    bench.call(0x1A, dma);
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.memory.setWord(fcb + 14, 4);
+    const BdosAnswer two = bench.call(0x27, fcb, 2);
+    EXPECT_EQ(two.a, 0);
+    EXPECT_EQ(two.hl, 2);
+    EXPECT_EQ(bench.text(dma, 8), "01234567");
+    const BdosAnswer rest = bench.call(0x27, fcb, 2);
+    EXPECT_EQ(rest.a, 1);
+    EXPECT_EQ(rest.hl, 1); // the last part counts, filled up with zeros
+    EXPECT_EQ(bench.text(dma, 4), std::string("89\0\0", 4));
+    EXPECT_EQ(bench.memory.doubleWord(fcb + 33), 3U);
+    EXPECT_EQ(bench.call(0x27, fcb, 2).hl, 0);
+}
+
+TEST(BdosFiles, BlockAccessNeedsItsRecordSize) {
+    BdosBench bench;
+    bench.folder.put("A.TXT", "0123");
+    bench.putFcb(fcb, "A       TXT");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    EXPECT_EQ(bench.a(0x27, fcb, 1), 1);
+    EXPECT_EQ(bench.notices.size(), 1U);
+}
+
+TEST(BdosFiles, BlockRecordHasFourBytesOnlyForSmallRecords) {
+    BdosBench bench;
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    bench.memory.setByte(fcb + 36, 0x11);
+    bench.memory.setWord(fcb + 14, 64);
+    bench.memory.setWord(fcb + 33, 0);
+    EXPECT_EQ(bench.a(0x26, fcb, 1), 0); // the fourth byte is not part of the number
+    EXPECT_EQ(bench.memory.byte(fcb + 36), 0x11);
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.a(0x26, fcb, 1), 1); // now it is, and the disk has no room for so much
+}
+
+TEST(BdosFiles, BlockWriteOfNothingSetsTheLength) {
+    BdosBench bench;
+    bench.folder.put("A.TXT", "0123456789");
+    bench.putFcb(fcb, "A       TXT");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    bench.memory.setByte(fcb + 33, 3);
+    EXPECT_EQ(bench.a(0x26, fcb, 0), 0);
+    EXPECT_EQ(bench.a(0x10, fcb), 0);
+    EXPECT_EQ(bench.folder.get("A.TXT"), "012");
+    bench.memory.setByte(fcb + 33, 6);
+    EXPECT_EQ(bench.a(0x26, fcb, 0), 0);
+    EXPECT_EQ(bench.a(0x10, fcb), 0);
+    EXPECT_EQ(bench.folder.get("A.TXT").size(), 6U);
+}
+
+TEST(BdosFiles, GapIsZeroOnlyWithTheCallThatSaysSo) {
+    BdosBench bench;
+    bench.call(0x1A, dma);
+    bench.putText(dma, std::string(128, 'x'));
+    for (const auto& [function, byte] : {std::pair{0x22U, 0xE5}, std::pair{0x28U, 0}}) {
+        bench.putFcb(fcb, "A       DAT");
+        ASSERT_EQ(bench.a(0x16, fcb), 0);
+        bench.memory.setByte(fcb + 33, 1);
+        EXPECT_EQ(bench.a(function, fcb), 0);
+        EXPECT_EQ(bench.a(0x10, fcb), 0);
+        EXPECT_EQ(bench.folder.get("A.DAT"),
+                  std::string(128, static_cast<char>(byte)) + std::string(128, 'x'));
+    }
+}
+
+TEST(BdosFiles, RandomReadStaysAndLeadsSequentialReads) {
+    BdosBench bench;
+    bench.folder.put("A.DAT", std::string(128, 'a') + std::string(128, 'b'));
+    bench.putFcb(fcb, "A       DAT");
+    bench.call(0x1A, dma);
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.memory.setByte(fcb + 33, 1);
+    EXPECT_EQ(bench.a(0x21, fcb), 0);
+    EXPECT_EQ(bench.memory.byte(dma), 'b');
+    EXPECT_EQ(bench.memory.byte(fcb + 33), 1);
+    EXPECT_EQ(bench.a(0x14, fcb), 0);
+    EXPECT_EQ(bench.memory.byte(dma), 'b');
+    bench.memory.setByte(fcb + 33, 2);
+    EXPECT_EQ(bench.a(0x21, fcb), 1);
+}
+
+TEST(BdosFiles, UnclosedFileLosesWhatItGained) {
+    BdosBench bench;
+    bench.putFcb(fcb, "NEW     DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    EXPECT_EQ(bench.a(0x15, fcb), 0);
+    EXPECT_EQ(bench.disk.settle(), std::vector<std::string>{"NEW.DAT"});
+    EXPECT_EQ(bench.folder.get("NEW.DAT"), "");
+}
+
+TEST(BdosFiles, ClosedFileKeepsEverything) {
+    BdosBench bench;
+    bench.putFcb(fcb, "NEW     DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    EXPECT_EQ(bench.a(0x15, fcb), 0);
+    EXPECT_EQ(bench.a(0x10, fcb), 0);
+    EXPECT_TRUE(bench.disk.settle().empty());
+    EXPECT_EQ(bench.folder.get("NEW.DAT").size(), 128U);
+}
+
+TEST(BdosFiles, DirectoryShowsLengthOfLastClose) {
+    BdosBench bench;
+    bench.putFcb(fcb, "NEW     DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    EXPECT_EQ(bench.a(0x15, fcb), 0);
+    bench.putFcb(fcb + 0x100, "NEW     DAT");
+    ASSERT_EQ(bench.a(0x0F, fcb + 0x100), 0);
+    EXPECT_EQ(bench.memory.doubleWord(fcb + 0x110), 0U);
+}
+
+TEST(BdosFiles, WriteNeedsAnOpenedBlock) {
+    BdosBench bench;
+    bench.putFcb(fcb, "A       DAT");
+    EXPECT_EQ(bench.a(0x15, fcb), 1);
+    EXPECT_EQ(bench.a(0x14, fcb), 1);
+    EXPECT_EQ(bench.a(0x10, fcb), 0xFF);
+}
+
+TEST(BdosFiles, FullDiskRefusesTheRecord) {
+    BdosBench bench("", false, 200);
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    EXPECT_EQ(bench.a(0x15, fcb), 0);
+    EXPECT_EQ(bench.a(0x15, fcb), 1);
+    EXPECT_EQ(bench.a(0x10, fcb), 0);
+    EXPECT_EQ(bench.folder.get("A.DAT").size(), 128U);
+}
+
+TEST(BdosFiles, SearchGivesDirectoryEntries) {
+    BdosBench bench;
+    bench.folder.put("b.pas", "12");
+    bench.folder.put("A.PAS", "1");
+    bench.folder.put("C.TXT", "1");
+    bench.folder.put("longer name.pas", "1");
+    std::filesystem::create_directory(bench.folder.path / "SUB.PAS");
+    bench.putFcb(fcb, "????????PAS");
+    bench.call(0x1A, dma);
+    EXPECT_EQ(bench.a(0x11, fcb), 0);
+    EXPECT_EQ(bench.memory.byte(dma), 1);
+    EXPECT_EQ(bench.text(dma + 1, 11), "A       PAS");
+    EXPECT_EQ(bench.a(0x12), 0);
+    EXPECT_EQ(bench.text(dma + 1, 11), "B       PAS");
+    EXPECT_EQ(bench.memory.doubleWord(dma + 1 + 28), 2U);
+    EXPECT_EQ(bench.a(0x12), 0xFF);
+}
+
+TEST(BdosFiles, SearchCannotSeeABlockUnderTheDiskRom) {
+    BdosBench bench;
+    bench.folder.put("A.PAS", "1");
+    for (const unsigned address : {0x4000U, 0x7FFFU, 0x3FE0U}) {
+        bench.putFcb(address, "A       PAS");
+        EXPECT_EQ(bench.a(0x11, address), 0xFF) << address;
+    }
+    for (const unsigned address : {0x3FDBU, 0x8000U}) {
+        bench.putFcb(address, "A       PAS");
+        EXPECT_EQ(bench.a(0x11, address), 0) << address;
+    }
+}
+
+TEST(BdosFiles, DeletesByPattern) {
+    BdosBench bench;
+    bench.folder.put("A.TMP", "");
+    bench.folder.put("b.tmp", "");
+    bench.folder.put("KEEP.PAS", "");
+    bench.putFcb(fcb, "????????TMP");
+    EXPECT_EQ(bench.a(0x13, fcb), 0);
+    EXPECT_EQ(bench.a(0x13, fcb), 0xFF);
+    EXPECT_FALSE(bench.folder.has("b.tmp"));
+    EXPECT_TRUE(bench.folder.has("KEEP.PAS"));
+}
+
+TEST(BdosFiles, RenamesByPatternButNotOntoAFile) {
+    BdosBench bench;
+    bench.folder.put("A.PAS", "1");
+    bench.putFcb(fcb, "A       PAS");
+    bench.putText(fcb + 17, "????????BAK");
+    EXPECT_EQ(bench.a(0x17, fcb), 0);
+    EXPECT_EQ(bench.folder.get("A.BAK"), "1");
+    bench.folder.put("A.PAS", "2");
+    EXPECT_EQ(bench.a(0x17, fcb), 0xFF);
+    EXPECT_EQ(bench.folder.get("A.BAK"), "1");
+}
+
+TEST(BdosFiles, SizeInRecords) {
+    BdosBench bench;
+    bench.folder.put("A.DAT", std::string(129, 'x'));
+    bench.putFcb(fcb, "A       DAT");
+    EXPECT_EQ(bench.a(0x23, fcb), 0);
+    EXPECT_EQ(bench.memory.doubleWord(fcb + 33), 2U);
+}
+
+TEST(BdosFiles, NamesCannotLeaveTheFolder) {
+    BdosBench bench;
+    std::filesystem::create_symlink("/etc/passwd", bench.folder.path / "LINK.TXT");
+    for (const char* name : {"../../A DAT", "..         ", "/ETC    TXT", "A/B     TXT", "LINK    TXT"}) {
+        bench.putFcb(fcb, name);
+        EXPECT_EQ(bench.a(0x0F, fcb), 0xFF) << name;
+        EXPECT_EQ(bench.a(0x16, fcb), 0xFF) << name;
+        EXPECT_EQ(bench.a(0x13, fcb), 0xFF) << name;
+    }
+}
+
+TEST(BdosFiles, DevicesAreFiles) {
+    BdosBench bench("xy");
+    bench.call(0x1A, dma);
+    bench.putText(dma, "hello");
+    bench.putFcb(fcb, "CON        ");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    EXPECT_EQ(bench.memory.byte(fcb + 24), 0xFF);
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.a(0x26, fcb, 5), 0);
+    EXPECT_EQ(bench.console.screen, "hello");
+    EXPECT_EQ(bench.call(0x27, fcb, 5).hl, 2);
+    bench.putFcb(fcb, "PRN        ");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    bench.putText(dma, "p");
+    EXPECT_EQ(bench.a(0x26, fcb, 1), 0);
+    EXPECT_EQ(bench.console.paper, "p");
+}
+
+TEST(BdosFiles, TransferStopsAtTheEndOfMemory) {
+    BdosBench bench;
+    bench.folder.put("A.DAT", std::string(256, 'x'));
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.call(0x1A, 0xFFC0);
+    EXPECT_EQ(bench.a(0x14, fcb), 1);
+    EXPECT_EQ(bench.a(0x15, fcb), 1);
+    EXPECT_EQ(bench.memory.byte(0), 0);
+}
+
+} // namespace
+} // namespace msxrun::test
