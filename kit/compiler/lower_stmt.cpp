@@ -102,7 +102,7 @@ void Lowering::assign(const Stmt* s) {
 void Lowering::conditional(const Stmt* s) {
     const BlockId done = b_.newBlock();
     for (const Stmt* rest = s; rest != nullptr;) {
-        if (rest->kind != StmtKind::conditional || rest->next != nullptr) {
+        if (rest != s && (rest->kind != StmtKind::conditional || rest->next != nullptr)) {
             statements(rest);
             break;
         }

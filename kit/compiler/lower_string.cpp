@@ -41,7 +41,7 @@ Operand Lowering::literal(const char* text, std::uint16_t length, bool lengthByt
     for (std::size_t i = 0; i < function_.literals.size(); ++i) {
         const Function::Literal& known = function_.literals[i];
         if (known.count == content.size() &&
-            std::equal(content.begin(), content.end(), function_.bytes.begin() + known.first)) {
+            std::equal(content.begin(), content.end(), function_.bytes.data() + known.first)) {
             operand.index = static_cast<std::uint16_t>(i);
             return operand;
         }

@@ -1,0 +1,209 @@
+// TP3.EXE NAME [/H] /S<hex> /E<hex> /R<file>: compiles NAME.PAS in the current folder to NAME.CHN. On an error it writes
+// one record to the error file; on success it prints three lines of sizes and writes no error file.
+#include "compiler.h"
+#include "dos/dos.h"
+
+#include <optional>
+
+namespace {
+
+constexpr int exitCompileError = 1;
+constexpr int exitMisuse = 2;
+constexpr std::string_view temporaryName = "TP3OUT.$$$";
+
+struct Arguments {
+    std::string name;
+    std::string errors;
+    tp3::CompileOptions options;
+};
+
+char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+std::optional<std::uint16_t> hexadecimal(std::string_view text) {
+    std::uint32_t value = 0;
+    for (const char c : text) {
+        const char digit = upper(c);
+        if (digit >= '0' && digit <= '9') {
+            value = value * 16 + static_cast<std::uint32_t>(digit - '0');
+        } else if (digit >= 'A' && digit <= 'F') {
+            value = value * 16 + static_cast<std::uint32_t>(digit - 'A' + 10);
+        } else {
+            return {};
+        }
+        if (value > 0xFFFF) {
+            return {};
+        }
+    }
+    return text.empty() ? std::optional<std::uint16_t>{} : static_cast<std::uint16_t>(value);
+}
+
+bool takeSwitch(Arguments& arguments, std::string_view word) {
+    const std::string_view rest = word.substr(2);
+    switch (upper(word[1])) {
+    case 'H':
+        return rest.empty();
+    case 'S':
+        if (const auto value = hexadecimal(rest)) {
+            arguments.options.start = *value;
+            return true;
+        }
+        return false;
+    case 'E':
+        if (const auto value = hexadecimal(rest)) {
+            arguments.options.end = *value;
+            return true;
+        }
+        return false;
+    case 'R':
+        arguments.errors = rest;
+        return !rest.empty();
+    default:
+        return false;
+    }
+}
+
+bool parse(std::string_view tail, Arguments& arguments) {
+    std::size_t at = 0;
+    while (at < tail.size()) {
+        if (tail[at] == ' ' || tail[at] == '\t') {
+            ++at;
+            continue;
+        }
+        std::size_t end = at + 1;
+        while (end < tail.size() && tail[end] != ' ' && tail[end] != '\t' && tail[end] != '/') {
+            ++end;
+        }
+        const std::string_view word = tail.substr(at, end - at);
+        at = end;
+        if (word[0] == '/') {
+            if (word.size() < 2 || !takeSwitch(arguments, word)) {
+                return false;
+            }
+        } else if (arguments.name.empty()) {
+            for (const char c : word) {
+                arguments.name += upper(c);
+            }
+        } else {
+            return false;
+        }
+    }
+    return !arguments.name.empty() && arguments.options.start >= tp3::defaultStart &&
+           arguments.options.end > arguments.options.start;
+}
+
+class DosReader : public tp3::SourceReader {
+  public:
+    explicit DosReader(dos::File file) : file_(static_cast<dos::File&&>(file)) {}
+    std::size_t read(char* buffer, std::size_t capacity) override { return file_.read({buffer, capacity}); }
+
+  private:
+    dos::File file_;
+};
+
+class DosHost : public tp3::Host {
+  public:
+    std::unique_ptr<tp3::SourceReader> openSource(std::string_view name) override {
+        dos::File file;
+        if (!file.open(name)) {
+            return nullptr;
+        }
+        return std::make_unique<DosReader>(static_cast<dos::File&&>(file));
+    }
+    void progress(int, std::uint32_t) override {}
+    std::size_t stackLeft() override { return dos::stackLeft(); }
+};
+
+Arguments arguments; // global, as the out-of-memory handler needs it
+
+/// Writes one record to the error file, and the error to the console for who runs the compiler by hand.
+void writeError(const tp3::Diagnostic& diagnostic) {
+    const std::string record = tp3::errorRecord(diagnostic);
+    dos::print(record);
+    if (arguments.errors.empty()) {
+        return;
+    }
+    dos::File file;
+    if (!file.create(arguments.errors) || !file.write(record) || !file.close()) {
+        dos::print("Cannot write the error file\r\n");
+    }
+}
+
+/// Error 98, written without asking for memory that is not there: the record is put together from fixed parts.
+void outOfMemory() {
+    dos::File file;
+    constexpr std::string_view text = ",1,1,98,\"Out of memory\"\r\n";
+    if (!arguments.errors.empty() && file.create(arguments.errors)) {
+        file.write("\"");
+        file.write(arguments.name);
+        file.write(".PAS\"");
+        file.write(text);
+        file.close();
+    }
+    dos::print("Out of memory\r\n");
+    dos::exit(exitCompileError);
+}
+
+/// Gives the image its name only when all of it is written.
+bool writeImage(const std::string& name, const std::vector<std::uint8_t>& image) {
+    dos::File file;
+    const std::string_view bytes(reinterpret_cast<const char*>(image.data()), image.size());
+    if (!file.create(temporaryName) || !file.write(bytes) || !file.close()) {
+        file.close();
+        dos::remove(temporaryName);
+        return false;
+    }
+    dos::remove(name);
+    if (dos::rename(temporaryName, name) != dos::Error::none) {
+        dos::remove(temporaryName);
+        return false;
+    }
+    return true;
+}
+
+void printReport(const std::string& report) {
+    std::string text;
+    for (const char c : report) {
+        if (c == '\n') {
+            text += '\r';
+        }
+        text += c;
+    }
+    dos::print(text);
+}
+
+} // namespace
+
+int dosMain() {
+    dos::setOutOfMemoryHandler(outOfMemory);
+    if (!parse(dos::commandLine(), arguments)) {
+        dos::print("Usage: TP3 NAME [/H] [/S<start>] [/E<end>] [/R<error file>]\r\n");
+        // Whoever called wrongly waits for the error file too.
+        tp3::Diagnostic wrong;
+        wrong.error = tp3::Error::fileNotFound;
+        wrong.file = arguments.name;
+        wrong.detail = "the compiler was called wrongly";
+        writeError(wrong);
+        return exitMisuse;
+    }
+    const std::string source = arguments.name + (arguments.name.find('.') == std::string::npos ? ".PAS" : "");
+    arguments.options.mainFile = source;
+    DosHost host;
+    const tp3::CompileResult result = tp3::compile(host, arguments.options);
+    if (!result.ok) {
+        writeError(result.diagnostic);
+        return exitCompileError;
+    }
+    const std::string output = source.substr(0, source.find('.')) + ".CHN";
+    if (!writeImage(output, result.image)) {
+        tp3::Diagnostic failed;
+        failed.error = tp3::Error::outOfMemory;
+        failed.file = source;
+        failed.position.line = 1;
+        failed.position.column = 1;
+        failed.detail = "cannot write " + output;
+        writeError(failed);
+        return exitCompileError;
+    }
+    printReport(tp3::sizeReport(result, arguments.options));
+    return 0;
+}
