@@ -33,7 +33,9 @@ std::vector<Word> edgeValues() {
     return values;
 }
 
-std::int16_t asSigned(Word value) { return static_cast<std::int16_t>(value); }
+std::int16_t asSigned(Word value) {
+    return static_cast<std::int16_t>(value);
+}
 
 class IntegerTest : public testing::Test {
   protected:
@@ -129,7 +131,8 @@ TEST_F(IntegerTest, DividesRandomPairs) {
 }
 
 TEST_F(IntegerTest, LeavesIndexAndAlternateRegistersAlone) {
-    for (const auto& [left, right] : {std::pair<Word, Word>{1234, 5678}, {3, 4}, {0xFFF0, 7}, {0x8000, 0x80}}) {
+    for (const auto& [left, right] :
+         {std::pair<Word, Word>{1234, 5678}, {3, 4}, {0xFFF0, 7}, {0x8000, 0x80}}) {
         checkMultiply(left, right);
         EXPECT_TRUE(machine.otherRegistersKept);
         checkDivide(left, right);
@@ -145,7 +148,8 @@ TEST_F(IntegerTest, ShiftsByEveryCount) {
             in.hl = value;
             in.de = 0x1234;
             const Registers left = machine.call(RuntimeEntry::shiftLeft, in);
-            ASSERT_EQ(left.hl, count < 16 ? static_cast<Word>(value << count) : 0) << value << " shl " << count;
+            ASSERT_EQ(left.hl, count < 16 ? static_cast<Word>(value << count) : 0)
+                << value << " shl " << count;
             ASSERT_EQ(left.de, 0x1234);
             const Registers right = machine.call(RuntimeEntry::shiftRight, in);
             ASSERT_EQ(right.hl, count < 16 ? value >> count : 0) << value << " shr " << count;

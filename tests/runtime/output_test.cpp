@@ -88,7 +88,8 @@ TEST_F(OutputTest, WritesCharactersInWidths) {
 }
 
 TEST_F(OutputTest, WritesBooleans) {
-    for (const auto& [value, text] : {std::pair<std::uint8_t, const char*>{0, "FALSE"}, {1, "TRUE"}, {0x80, "TRUE"}}) {
+    for (const auto& [value, text] :
+         {std::pair<std::uint8_t, const char*>{0, "FALSE"}, {1, "TRUE"}, {0x80, "TRUE"}}) {
         Registers in;
         in.a = value;
         EXPECT_EQ(printed(RuntimeEntry::writeBoolean, in), text);
@@ -138,7 +139,9 @@ TEST_F(OutputTest, WritesLiteralsAndGoesOnBehindThem) {
     }
 }
 
-TEST_F(OutputTest, WritesLineEnds) { EXPECT_EQ(printed(RuntimeEntry::writeLine, {}), "\r\n"); }
+TEST_F(OutputTest, WritesLineEnds) {
+    EXPECT_EQ(printed(RuntimeEntry::writeLine, {}), "\r\n");
+}
 
 TEST_F(OutputTest, IntegersTakeNoLongerThanDocumented) {
     // Conversion and the library's part of writing: docs/runtime.md has these numbers.
