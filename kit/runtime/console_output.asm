@@ -106,7 +106,7 @@ _next:
         jr      @writeChars
 
 ; padToWidth: writes the blanks that right-justify BC characters in DE columns; none for a negative width.
-; Destroys all. about 140 T a blank.
+; Destroys all. 137 T a blank.
 padToWidth:
         bit     7,d
         ret     nz
