@@ -31,7 +31,7 @@
         ret
 
 ; readEnd: a Read (not ReadLn) is done. What is left of a line is not used any more, because the next Read asks for a
-; new one. Destroys AF, HL. 44 T.
+; new one. Destroys AF, HL. 35 T without a ^Z.
 @readEnd:
         ld      hl,heldKey
         ld      a,(hl)

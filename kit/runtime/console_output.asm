@@ -2,7 +2,7 @@
 ;
 ; After an I/O error nothing is written until the program has asked for the I/O result.
 
-; writeChar, putChar: In: A = character. Destroys all. 77 T; 22 T + RET while I/O is suspended.
+; writeChar, putChar: In: A = character. Destroys all. 61 T; 33 T while I/O is suspended.
 @writeChar:
 putChar:
         ld      e,a
@@ -10,7 +10,7 @@ putChar:
         or      a
         ret     nz
 
-; putAlways: In: E = character. Destroys all. 47 T. Writes even while I/O is suspended.
+; putAlways: In: E = character. Destroys all. 35 T. Writes even while I/O is suspended.
 putAlways:
         ld      a,(outputFunction)
         ld      c,a
@@ -27,7 +27,7 @@ putAlways:
         ld      a,lineFeed
         jr      putChar
 
-; writeLiteral: the string stands behind the call; returns behind it. Destroys all. 89 T, then as writeChars.
+; writeLiteral: the string stands behind the call; returns behind it. Destroys all. 75 T, then as writeChars.
 @writeLiteral:
         pop     hl
         ld      c,(hl)
@@ -48,13 +48,13 @@ putAlways:
         call    integerToText
         jr      @writeChars
 
-; writeString: In: HL = string. Destroys all. 36 T, then as writeChars.
+; writeString: In: HL = string. Destroys all. 20 T, then as writeChars.
 @writeString:
         ld      c,(hl)
         ld      b,0
         inc     hl
 
-; writeChars: In: HL = characters, BC = count. Destroys all. 27 T + 164 T a character.
+; writeChars: In: HL = characters, BC = count. Destroys all. 23 T + 153 T a character.
 @writeChars:
         ld      a,b
         or      c
@@ -106,7 +106,7 @@ _next:
         jr      @writeChars
 
 ; padToWidth: writes the blanks that right-justify BC characters in DE columns; none for a negative width.
-; Destroys all. 154 T a blank.
+; Destroys all. 137 T a blank.
 padToWidth:
         bit     7,d
         ret     nz

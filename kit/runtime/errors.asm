@@ -80,7 +80,7 @@ _report:
         ld      de,ioErrorText
         jr      report
 
-; ioResult: Out: HL = I/O result, which becomes 0 by this. Destroys AF. 53 T.
+; ioResult: Out: HL = I/O result, which becomes 0 by this. Destroys AF. 50 T.
 @ioResult:
         ld      hl,(ioStatus)
         ld      h,0

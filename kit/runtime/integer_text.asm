@@ -1,7 +1,8 @@
 ; Integers as decimal text and back.
 
 ; integerToText: In: HL = value. Out: HL = its characters (in numberText), BC = their count, 1 to 6.
-; Destroys AF, DE. By subtraction of powers of ten, beginning with the first that can matter.
+; Destroys AF, DE. 150 T for one digit, 300 T for two, 870 T on average over all values, 1260 T at most. By
+; subtraction of powers of ten, beginning with the first that can matter.
 integerToText:
         ld      de,numberText
         bit     7,h
@@ -109,7 +110,7 @@ _digitNext:
 ; parseInteger: In: HL = characters, B = count. An optional sign, then decimal digits, or $ and hexadecimal ones; no
 ; blanks. Out: no carry, DE = value; or carry, A = position of the first bad character (count + 1 when one is missing;
 ; the digit that leads out of -32768..32767).
-; Destroys AF, BC, DE, HL. About 120 T a decimal digit.
+; Destroys AF, BC, DE, HL. About 205 T a decimal digit.
 parseInteger:
         ld      c,1
         ld      de,0

@@ -7,7 +7,8 @@
 
 weylStep        equ 9E37h
 
-; randomWord: In: HL = limit, unsigned. Out: HL = 0..limit-1, or 0 when the limit is 0. Destroys AF, BC, DE. About 1150 T.
+; randomWord: In: HL = limit, unsigned. Out: HL = 0..limit-1, or 0 when the limit is 0. Destroys AF, BC, DE.
+; 1213 to 1327 T.
 @randomWord:
         push    hl
         call    nextRandom
@@ -29,7 +30,7 @@ _scale:
         endm
         ret
 
-; nextRandom: Out: BC and A = 24 random bits, A the lowest eight. Destroys F, DE, HL. 303 T.
+; nextRandom: Out: BC and A = 24 random bits, A the lowest eight. Destroys F, DE, HL. 320 T.
 nextRandom:
         ld      hl,(randomState)        ; H, L = bytes 1, 0
         ld      de,(randomState + 2)    ; D, E = bytes 3, 2

@@ -5,7 +5,8 @@
 ;
 ; Habits of these sources:
 ; - A label that begins with @ is an entry that compiled programs call; entries.def lists them with their registers.
-;   (The @ keeps names like "halt" apart from the assembler's own words.) A label that begins with _ is local (--alocal).
+;   (The @ keeps names like "halt" apart from the assembler's own words.) A label that begins with _ is local, by
+;   --alocal.
 ; - "destroys all" means AF, BC, DE, HL, IX, IY and the alternate registers: everything that the BDOS may change.
 ; - T-states are those of a plain Z80 including the RET; an MSX adds one for each M1 cycle. Calls of the BDOS are not
 ;   counted.

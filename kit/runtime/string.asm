@@ -1,7 +1,7 @@
 ; Strings: a length byte, then the characters.
 
 ; stringCopy: In: HL = source, DE = target, A = the target's maximum length, which cuts it. Destroys AF, BC, DE, HL.
-; 21 T a character + 81 T.
+; 21 T a character + 65 T.
 @stringCopy:
         cp      (hl)
         jr      c,_cut
@@ -26,7 +26,7 @@ _cut:
         ret
 
 ; stringAppend: In: HL = source, DE = target (256 bytes). Run-time error 10 when the result is longer than 255.
-; Keeps DE; destroys AF, BC, HL. 21 T a character + 152 T.
+; Keeps DE; destroys AF, BC, HL. 21 T a character + 117 T.
 @stringAppend:
         ld      a,(de)
         ld      c,a
@@ -71,7 +71,7 @@ stringIndexError:
         jp      @runError
 
 ; stringFromChars: In: HL = characters, BC = count (0..255), DE = target (256 bytes). Keeps DE; destroys AF, BC, HL.
-; 21 T a character + 58 T.
+; 21 T a character + 52 T.
 @stringFromChars:
         ld      a,c
         ld      (de),a
@@ -84,7 +84,7 @@ stringIndexError:
         ret
 
 ; stringCompare: In: HL = a, DE = b. Out: carry when a < b, Z when equal. By character codes; a shorter string is less
-; than one that it begins. Destroys AF, BC, DE, HL. 46 T an equal character + about 110 T.
+; than one that it begins. Destroys AF, BC, DE, HL. 46 T an equal character + 88 T.
 @stringCompare:
         ex      de,hl                   ; DE = a, HL = b
         ld      a,(de)
@@ -114,7 +114,8 @@ _differ:
         ret
 
 ; stringPosition: Pos. In: HL = target, DE = string. Out: HL = where the target begins in it, from 1; 0 when it does not
-; or is empty. Destroys AF, BC, DE. 21 T a character that does not begin the target, about 150 T one that does.
+; or is empty. Destroys AF, BC, DE. 21 T a character that does not begin the target + 205 T; about
+; 150 T one that does.
 @stringPosition:
         ld      a,(hl)
         or      a
@@ -171,9 +172,9 @@ _found:                                 ; HL is one behind the first character
         sbc     hl,de
         ret
 
-; stringSlice: Copy. In: HL = source, DE = target (256 bytes), BC = position, (stringCount) = count. What lies beyond the
-; source's end is left out; nothing for a count below 1. Run-time error 11 for a position outside 1..255.
-; Keeps DE; destroys AF, BC, HL. 21 T a character + about 200 T.
+; stringSlice: Copy. In: HL = source, DE = target (256 bytes), BC = position, (stringCount) = count. What lies beyond
+; the source's end is left out; nothing for a count below 1. Run-time error 11 for a position outside 1..255.
+; Keeps DE; destroys AF, BC, HL. 21 T a character + 225 T.
 @stringSlice:
         ld      a,b
         or      a
@@ -217,7 +218,7 @@ _none:
         ret
 
 ; stringDelete: Delete. In: HL = string, DE = position, BC = count, clipped as in stringSlice. Run-time error 11 for a
-; position outside 1..255. Destroys AF, BC, DE, HL. 21 T a character that moves + about 230 T.
+; position outside 1..255. Destroys AF, BC, DE, HL. 21 T a character that moves + 236 T.
 @stringDelete:
         ld      a,d
         or      a
@@ -249,7 +250,7 @@ _none:
 
 ; stringInsert: Insert. In: HL = source, DE = target, BC = position, A = the target's maximum length, which cuts the
 ; result. A position behind the target's end appends. Run-time error 11 for a position outside 1..255.
-; Destroys all. 21 T a character that moves or is inserted + about 350 T.
+; Destroys all. 21 T a character that moves or is inserted + 480 T.
 @stringInsert:
         ld      (itemLimit),a
         ld      a,b

@@ -101,7 +101,9 @@ class InputErrorTest : public ErrorTest {
     }
 };
 
-TEST_F(InputErrorTest, CheckReportsIt) { expectReport(RuntimeEntry::ioCheck, {}, "I/O error 10"); }
+TEST_F(InputErrorTest, CheckReportsIt) {
+    expectReport(RuntimeEntry::ioCheck, {}, "I/O error 10");
+}
 
 TEST_F(InputErrorTest, ResultGivesItOnce) {
     EXPECT_EQ(machine.call(RuntimeEntry::ioResult).hl, 0x10);

@@ -33,7 +33,11 @@ std::vector<Word> edgeValues() {
     return values;
 }
 
-std::int16_t asSigned(Word value) { return static_cast<std::int16_t>(value); }
+std::int16_t asSigned(Word value) {
+    return static_cast<std::int16_t>(value);
+}
+
+constexpr std::uint64_t longestDivision = 903; ///< T-states
 
 class IntegerTest : public testing::Test {
   protected:
@@ -91,14 +95,15 @@ TEST_F(IntegerTest, MultipliesAllPairsOfBytes) {
             ASSERT_NO_FATAL_FAILURE(checkMultiply(static_cast<Word>(left), static_cast<Word>(right)));
         }
     }
-    RecordProperty("averageTStates", static_cast<int>(total / calls));
-    RecordProperty("longestTStates", static_cast<int>(longest));
+    EXPECT_LE(total / calls, 261U);
+    EXPECT_LE(longest, 322U);
 }
 
 TEST_F(IntegerTest, MultipliesRandomPairs) {
     for (int round = 0; round < 100'000; ++round) {
         ASSERT_NO_FATAL_FAILURE(checkMultiply(anyWord(random), anyWord(random)));
     }
+    EXPECT_LE(longest, 549U);
 }
 
 TEST_F(IntegerTest, DividesAllPairsOfEdgeValues) {
@@ -117,6 +122,7 @@ TEST_F(IntegerTest, DividesEveryDividendByByteDivisors) {
             ASSERT_NO_FATAL_FAILURE(checkDivide(static_cast<Word>(dividend), static_cast<Word>(divisor)));
         }
     }
+    EXPECT_LE(longest, longestDivision);
 }
 
 TEST_F(IntegerTest, DividesRandomPairs) {
@@ -126,10 +132,12 @@ TEST_F(IntegerTest, DividesRandomPairs) {
             ASSERT_NO_FATAL_FAILURE(checkDivide(anyWord(random), divisor));
         }
     }
+    EXPECT_LE(longest, longestDivision);
 }
 
 TEST_F(IntegerTest, LeavesIndexAndAlternateRegistersAlone) {
-    for (const auto& [left, right] : {std::pair<Word, Word>{1234, 5678}, {3, 4}, {0xFFF0, 7}, {0x8000, 0x80}}) {
+    for (const auto& [left, right] :
+         {std::pair<Word, Word>{1234, 5678}, {3, 4}, {0xFFF0, 7}, {0x8000, 0x80}}) {
         checkMultiply(left, right);
         EXPECT_TRUE(machine.otherRegistersKept);
         checkDivide(left, right);
@@ -145,7 +153,8 @@ TEST_F(IntegerTest, ShiftsByEveryCount) {
             in.hl = value;
             in.de = 0x1234;
             const Registers left = machine.call(RuntimeEntry::shiftLeft, in);
-            ASSERT_EQ(left.hl, count < 16 ? static_cast<Word>(value << count) : 0) << value << " shl " << count;
+            ASSERT_EQ(left.hl, count < 16 ? static_cast<Word>(value << count) : 0)
+                << value << " shl " << count;
             ASSERT_EQ(left.de, 0x1234);
             const Registers right = machine.call(RuntimeEntry::shiftRight, in);
             ASSERT_EQ(right.hl, count < 16 ? value >> count : 0) << value << " shr " << count;

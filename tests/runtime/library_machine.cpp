@@ -13,8 +13,12 @@ namespace {
 constexpr std::uint64_t patience = 400'000'000; ///< T-states after which a routine counts as hung
 constexpr std::uint8_t endOfKeys = 0x1A;
 
-std::uint8_t low(unsigned value) { return static_cast<std::uint8_t>(value & 0xFFU); }
-std::uint8_t high(unsigned value) { return static_cast<std::uint8_t>(value >> 8U & 0xFFU); }
+std::uint8_t low(unsigned value) {
+    return static_cast<std::uint8_t>(value & 0xFFU);
+}
+std::uint8_t high(unsigned value) {
+    return static_cast<std::uint8_t>(value >> 8U & 0xFFU);
+}
 
 void putWord(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint16_t value) {
     bytes.at(at) = low(value);
@@ -25,7 +29,9 @@ void putWord(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint16_t val
 
 struct LibraryMachine::Callbacks {
     static LibraryMachine& machine(void* data) { return *static_cast<LibraryMachine*>(data); }
-    static Z80EX_BYTE read(Z80EX_CONTEXT*, Z80EX_WORD at, int, void* data) { return machine(data).memory_[at]; }
+    static Z80EX_BYTE read(Z80EX_CONTEXT*, Z80EX_WORD at, int, void* data) {
+        return machine(data).memory_[at];
+    }
     static void write(Z80EX_CONTEXT*, Z80EX_WORD at, Z80EX_BYTE value, void* data) {
         machine(data).memory_[at] = value;
     }
@@ -34,7 +40,9 @@ struct LibraryMachine::Callbacks {
     static Z80EX_BYTE vector(Z80EX_CONTEXT*, void*) { return 0xFF; }
 };
 
-void LibraryMachine::ProcessorDeleter::operator()(_z80_cpu_context* processor) const { z80ex_destroy(processor); }
+void LibraryMachine::ProcessorDeleter::operator()(_z80_cpu_context* processor) const {
+    z80ex_destroy(processor);
+}
 
 const std::vector<std::uint8_t>& libraryFile() {
     static const std::vector<std::uint8_t> bytes = [] {
@@ -151,7 +159,8 @@ Registers LibraryMachine::call(tp3::RuntimeEntry entry, const Registers& in, uns
         throw std::runtime_error("stack pointer differs after the call");
     }
     const std::uint16_t af = z80ex_get_reg(cpu, regAF);
-    return {high(af), z80ex_get_reg(cpu, regBC), z80ex_get_reg(cpu, regDE), z80ex_get_reg(cpu, regHL), low(af)};
+    return {high(af), z80ex_get_reg(cpu, regBC), z80ex_get_reg(cpu, regDE), z80ex_get_reg(cpu, regHL),
+            low(af)};
 }
 
 void LibraryMachine::runTo(std::uint16_t stopAt) {

@@ -1,6 +1,6 @@
-// A Z80 with the run-time library in its memory, whose entries C++ calls one by one with registers of its choice. The
-// BDOS is a small one: keys come from a string, the console's output goes into one, and every call destroys all
-// registers, as MSX-DOS may.
+// A Z80 with the run-time library in its memory, whose entries C++ calls one by one with registers of its
+// choice. The BDOS is a small one: keys come from a string, the console's output goes into one, and every
+// call destroys all registers, as MSX-DOS may.
 #pragma once
 
 #include "runtime_entries.h"
@@ -46,8 +46,8 @@ class LibraryMachine {
     static constexpr std::uint16_t callSite = 0x8000; ///< where `call` has its CALL instruction
     static constexpr std::uint16_t stackPointer = 0xCF00;
 
-    /// Loads the library and an image behind it and runs its start. When that gives control back to MSX-DOS, `ended` is
-    /// set.
+    /// Loads the library and an image behind it and runs its start. When that gives control back to MSX-DOS,
+    /// `ended` is set.
     explicit LibraryMachine(const Image& image = {});
     /// Runs the start from a file's bytes as they are.
     explicit LibraryMachine(std::span<const std::uint8_t> file);
@@ -55,8 +55,10 @@ class LibraryMachine {
     LibraryMachine(const LibraryMachine&) = delete;
     LibraryMachine& operator=(const LibraryMachine&) = delete;
 
-    /// Calls an entry. Returns when it comes back to `callSite` + 3 + `skipped`, or when the program has ended.
-    /// @throws std::runtime_error when it does neither, comes back with another stack pointer, or calls a BDOS function
+    /// Calls an entry. Returns when it comes back to `callSite` + 3 + `skipped`, or when the program has
+    /// ended.
+    /// @throws std::runtime_error when it does neither, comes back with another stack pointer, or calls a
+    /// BDOS function
     ///         that it should not
     Registers call(tp3::RuntimeEntry entry, const Registers& in = {}, unsigned skipped = 0);
 
@@ -71,12 +73,13 @@ class LibraryMachine {
     std::string string(std::uint16_t at) const { return text(static_cast<std::uint16_t>(at + 1), byte(at)); }
     void setString(std::uint16_t at, std::string_view characters);
 
-    std::string output;          ///< what the console has shown; tests clear it
-    std::string keys;            ///< keys to come; ^Z for ever behind the last
-    std::vector<int> functions;  ///< BDOS functions called
-    bool ended = false;          ///< the program has given control back to MSX-DOS
-    std::uint64_t tStates = 0;   ///< of the last call, without its CALL instruction
-    bool otherRegistersKept = false; ///< the last call has left IX, IY and the alternate registers as they were
+    std::string output;         ///< what the console has shown; tests clear it
+    std::string keys;           ///< keys to come; ^Z for ever behind the last
+    std::vector<int> functions; ///< BDOS functions called
+    bool ended = false;         ///< the program has given control back to MSX-DOS
+    std::uint64_t tStates = 0;  ///< of the last call, without its CALL instruction
+    bool otherRegistersKept =
+        false; ///< the last call has left IX, IY and the alternate registers as they were
     std::uint16_t programCounter = 0; ///< where the start has jumped to
     std::uint16_t startStack = 0;     ///< the stack pointer there
 
