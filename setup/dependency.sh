@@ -5,7 +5,7 @@
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 name=$1 architecture=$2 mode=${3:-}
-needs=
+needs='' source_package=''   # the recipe sets them
 # shellcheck source=/dev/null
 source "$TAVREL_ROOT/setup/recipes/$name.sh"
 host=$architecture-w64-mingw32

@@ -1,7 +1,6 @@
 # DOSBox.exe, complete in one file. The dynamic core does not work in 64-bit builds, so it is left out.
-# shellcheck shell=bash disable=SC2034,SC2154
+# shellcheck shell=bash disable=SC2034,SC2154,SC2164
 source_package=dosbox
-architectures="x86_64"
 needs="sdl"
 
 build() {

@@ -1,7 +1,6 @@
 # The lexer library, reduced to the Pascal lexer, behind its usual interface: CreateLexer("pascal").
-# shellcheck shell=bash disable=SC2034,SC2154
+# shellcheck shell=bash disable=SC2016,SC2034,SC2154
 source_package=scite
-architectures="x86_64 i686"
 
 build() {
   # The catalogue names every lexer there is; keep one. Nothing is exported from a static library.

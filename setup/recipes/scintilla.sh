@@ -1,7 +1,6 @@
 # The editor control (win32 platform) as a static library, with its headers.
 # shellcheck shell=bash disable=SC2034,SC2154
 source_package=scite
-architectures="x86_64 i686"
 
 build() {
   make -s -C scintilla/win32 -j"$jobs" CXX="$host-g++-posix" AR="$host-ar" RANLIB="$host-ranlib" \

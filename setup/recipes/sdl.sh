@@ -1,8 +1,7 @@
 # SDL 1.2 as DOSBox needs it. DirectX is left out: the machine that cross-compiles has no headers for it, and
 # the Windows GDI driver and the dummy driver are enough.
-# shellcheck shell=bash disable=SC2034,SC2154
+# shellcheck shell=bash disable=SC2034,SC2154,SC2164
 source_package=libsdl1.2
-architectures="x86_64"
 
 build() {
   cd SDL-*

@@ -1,0 +1,53 @@
+#!/bin/bash
+# assemble.sh: lays out the program folder out/Tavrel as it is delivered. Only files that differ are copied; a file
+# that no longer belongs there is taken away; what the program itself wrote there stays. A missing piece is named.
+set -euo pipefail
+source "$(dirname "$0")/lib.sh"
+folder=$TAVREL_OUT/Tavrel
+build=$TAVREL_OUT/build
+manifest=$TAVREL_OUT/Tavrel.files
+placed=()
+missing=()
+
+put() { # FROM TO: TO is relative to the program folder
+  placed+=("$2")
+  if [[ ! -f $1 ]]; then
+    missing+=("$2 (from ${1#"$TAVREL_ROOT/"})")
+    return
+  fi
+  if ! cmp -s "$1" "$folder/$2"; then
+    mkdir -p "$(dirname "$folder/$2")"
+    cp -f "$1" "$folder/$2.new"
+    mv -f "$folder/$2.new" "$folder/$2"
+  fi
+}
+
+put_optional() { if [[ -f $1 ]]; then put "$1" "$2"; fi; }
+
+dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox x86_64 --path)
+
+put "$build/mingw64/Tavrel.exe" Tavrel.exe
+put "$build/dos/kit/dos/TP3.EXE" compiler/TP3.EXE
+put "$build/dos/kit/dos/DOS2CASH.COM" compiler/DOS2CASH.COM
+put "$build/tools/kit/runtime/RUNTIME.COM" compiler/RUNTIME.COM
+put "$dosbox/bin/DOSBox.exe" compiler/DOSBox-0.74/DOSBox.exe
+put "$dosbox/share/COPYING" compiler/DOSBox-0.74/COPYING.txt
+put_optional "$build/mingw64/kit/disk/dsktool.exe" dsk/dsktool.exe
+
+# Everything under share/program lies there as it lies in the program folder.
+put "$TAVREL_ROOT/share/program/compiler/temp.conf" compiler/temp.conf
+while IFS= read -r -d '' file; do
+  put "$TAVREL_ROOT/share/program/$file" "$file"
+done < <(cd "$TAVREL_ROOT/share/program" 2> /dev/null && find . -type f -printf '%P\0')
+
+if [[ -f $manifest ]]; then
+  while IFS= read -r old; do rm -f "${folder:?}/$old"; done \
+    < <(comm -23 <(sort -u "$manifest") <(printf '%s\n' "${placed[@]}" | sort -u))
+fi
+printf '%s\n' "${placed[@]}" | sort -u | write_if_changed "$manifest"
+
+if ((${#missing[@]})); then
+  say "set-up: the program folder lacks:"
+  printf '  %s\n' "${missing[@]}" >&2
+  exit 1
+fi

@@ -1,0 +1,68 @@
+#!/bin/bash
+# headless-run.sh: the whole way without a screen. Opens the sample project in Tavrel on a private display, has it
+# compiled, prints what the progress window says and what the program prints; pictures go to out/screenshots.
+# Ends with an error when a piece is missing, the compilation fails, or the program does not end normally.
+set -euo pipefail
+source "$(dirname "$0")/lib.sh"
+source "$TAVREL_ROOT/setup/wine.sh"
+pictures=$TAVREL_OUT/screenshots
+
+check_pieces() {
+  local missing=() piece
+  for piece in Tavrel/Tavrel.exe Tavrel/compiler/{TP3.EXE,RUNTIME.COM,DOS2CASH.COM,temp.conf,DOSBox-0.74/DOSBox.exe} \
+    bin/drive.exe bin/msxrun; do
+    if [[ ! -f $TAVREL_OUT/$piece ]]; then missing+=("out/$piece"); fi
+  done
+  if ((${#missing[@]})); then die "cannot run without: ${missing[*]}"; fi
+}
+
+colours() { import -window root -format %k info: 2> /dev/null || echo 0; }
+
+# An empty root window has one colour; toolbars, text and tree together have many.
+wait_for_window() {
+  local tries
+  for ((tries = 0; tries < 100; ++tries)); do
+    if (($(colours) > 8)); then return 0; fi
+    kill -0 "$ide" 2> /dev/null || die "Tavrel ended before it showed its window"
+    sleep 0.2
+  done
+  say "set-up: no window of Tavrel was seen within 20 seconds"
+}
+
+picture() { # NAME
+  if command -v import > /dev/null; then import -window root "$pictures/$1.png"; fi
+}
+
+finish() {
+  if [[ -n ${ide:-} ]]; then kill "$ide" 2> /dev/null || true; fi
+  timeout 20 wineserver -w || true
+  stop_display
+}
+
+check_pieces
+project=$("$TAVREL_ROOT/setup/sample.sh")
+find "$(dirname "$project")" -iname '*.com' -delete   # what is run later must be made by this compilation
+mkdir -p "$pictures"
+make_wine_prefix
+trap finish EXIT
+start_display
+
+wine "$TAVREL_OUT/Tavrel/Tavrel.exe" "$(windows_path "$project")" < /dev/null > /dev/null 2>&1 &
+ide=$!
+if command -v import > /dev/null; then wait_for_window; else say "set-up: no pictures without imagemagick"; fi
+picture before
+
+status=0
+timeout -k 5 120 wine "$TAVREL_OUT/bin/drive.exe" compile-and-report < /dev/null > "$pictures/compilation.txt" 2> /dev/null ||
+  status=$?
+picture after
+echo "--- Compilation"
+tr -d '\r' < "$pictures/compilation.txt"
+if ((status)); then die "the compilation did not succeed (drive.exe ended with $status)"; fi
+
+program=$(find "$(dirname "$project")" -iname '*.com' | head -n 1)
+[[ -n $program ]] || die "the compilation left no .COM file"
+echo "--- $(basename "$program")"
+timeout -k 5 60 "$TAVREL_OUT/bin/msxrun" "$program" < /dev/null || { status=$?; }
+if ((status)); then die "$(basename "$program") ended with $status"; fi
+echo "--- Pictures: out/screenshots/before.png, out/screenshots/after.png"
