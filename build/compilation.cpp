@@ -8,15 +8,13 @@
 #include "util/runtime_error.h"
 #include "util/text_input.h"
 
-#include <array>
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace tavrel {
 
 namespace {
-
-constexpr std::array<const char*, 4> copiedFiles = {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM", "turbopc.bat"};
 
 void showErrorPicture(ProgressWindow& progress) {
     for (const int image : {0, 1, 2})
@@ -33,28 +31,57 @@ void refuseLargeFolder(Workspace& workspace, ProgressWindow& progress) {
     workspace.display.setWaitPointer(false);
 }
 
+/// The kit's files in the project folder. Whatever ends the build, they do not stay there.
+class KitCopies {
+  public:
+    explicit KitCopies(const std::string& folder) : folder_(folder) {}
+    ~KitCopies() {
+        for (const char* const name : present_)
+            deleteFileIfPossible(folder_ + name);
+    }
+    KitCopies(const KitCopies&) = delete;
+    KitCopies& operator=(const KitCopies&) = delete;
+
+    void add(const std::string& kit, const char* name) {
+        copyFile(kit + name, folder_ + name);
+        present_.push_back(name);
+    }
+    void remove(const char* name) {
+        deleteFile(folder_ + name);
+        std::erase(present_, name);
+    }
+
+  private:
+    std::string folder_;
+    std::vector<const char*> present_;
+};
+
 /// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
-void runCompiler(const Workspace& workspace, const BuildTools& tools) {
-    const std::string& folder = workspace.project.Folder;
+void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std::string& folder) {
+    static constexpr const char* loader = "DOS2CASH.COM";
+    static constexpr const char* compiler = "TP3.EXE";
+    static constexpr const char* runtime = "RUNTIME.COM";
+    static constexpr const char* script = "turbopc.bat";
     const std::string kit = workspace.AppDir + "compiler\\";
-    for (const char* const name : copiedFiles)
-        copyFile(kit + name, folder + name);
+    KitCopies copies(folder);
+    for (const char* const name : {loader, compiler, runtime, script})
+        copies.add(kit, name);
     writeWholeFile(kit + "rundb.bat", launchScript(workspace.AppDir, folder));
-    tools.processes.ShellAndWait(kit + "rundb.bat", false, true);
-    for (const char* const name : {"TP3.EXE", "DOS2CASH.COM", "RUNTIME.COM", "turbopc.bat"})
-        deleteFile(folder + name);
+    processes.ShellAndWait(kit + "rundb.bat", false, true);
+    for (const char* const name : {compiler, loader, runtime, script})
+        copies.remove(name);
     for (const char* const name : {"stderr.txt", "stdout.txt"})
         deleteFileIfPossible(folder + name);
 }
 
-void showSuccess(const Workspace& workspace, ProgressWindow& progress) {
+void showSuccess(const std::string& folder, ProgressWindow& progress) {
     for (const int image : {0, 1, 2, 3})
         progress.setImageVisible(image, false);
     progress.setImageVisible(4, true);
     progress.enableTimer1(false);
     progress.enableTimer2(false);
     progress.setText(progress.text() + "\r\nNo errors - Sucessfully compiled");
-    const std::string resultPath = workspace.project.Folder + "result.txt";
+    const std::string resultPath = folder + "result.txt";
     if (!FileExists(resultPath))
         return;
     TextInput result = TextInput::open(resultPath);
@@ -130,25 +157,30 @@ void deleteOldOutput(const Workspace& workspace, const std::string& programName,
 
 bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output output) {
     const Project& project = workspace.project;
+    const std::string folder = project.Folder; // the user may open another project while the compiler runs
     const std::string programName = mainProgramName(workspace.tree.node(2).text);
     workspace.display.setWaitPointer(true);
     deleteOldOutput(workspace, programName, output);
-    if (GetFolderSize(project.Folder, "*.*", true) > largestProjectFolder) {
+    if (GetFolderSize(folder, "*.*", true) > largestProjectFolder) {
         refuseLargeFolder(workspace, tools.progress);
         return true;
     }
     tools.progress.show();
-    writeWholeFile(workspace.AppDir + "compiler\\turbopc.bat",
-                   compileScript(output, programName, project.StartAddress, project.EndAddress));
-    runCompiler(workspace, tools);
+    try {
+        writeWholeFile(workspace.AppDir + "compiler\\turbopc.bat",
+                       compileScript(output, programName, project.StartAddress, project.EndAddress));
+        runCompiler(workspace, tools.processes, folder);
+    } catch (const RuntimeError&) {
+        tools.progress.close(); // it would go on telling of a compilation that is over
+        throw;
+    }
     workspace.editor.setHighlightedLine(-1);
     CompilerError error;
-    const std::string errorsPath = project.Folder + "errors.txt";
-    const bool failed = FileExists(errorsPath);
+    const bool failed = FileExists(folder + "errors.txt");
     if (failed)
-        error = showFailure(errorsPath, tools.progress);
+        error = showFailure(folder + "errors.txt", tools.progress);
     else
-        showSuccess(workspace, tools.progress);
+        showSuccess(folder, tools.progress);
     navigateToError(workspace, error);
     return !failed;
 }
@@ -164,10 +196,6 @@ bool DoCompilation(Workspace& workspace, const BuildTools& tools, Output output)
     try {
         return compileAndReport(workspace, tools, output);
     } catch (const RuntimeError&) {
-        // A window that goes on telling of a compilation would be a lie; the message box says what happened.
-        for (const char* const name : copiedFiles)
-            deleteFileIfPossible(workspace.project.Folder + name);
-        tools.progress.close();
         workspace.display.setWaitPointer(false);
         throw;
     }

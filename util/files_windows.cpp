@@ -36,7 +36,6 @@ RuntimeErrorNumber errorNumber(DWORD code) {
         return RuntimeErrorNumber::permissionDenied;
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED:
         return RuntimeErrorNumber::diskFull;
     case ERROR_CRC:
     case ERROR_IO_DEVICE:
