@@ -109,8 +109,9 @@ void pressKey(HWND form, const Shortcut& shortcut) {
 
 int chooseCommand(const Options& options, const CommandRow& row) {
     HWND const form = mainWindow(options);
+    // Where another process's menus cannot be read (Wine), it is left to the program to refuse.
     const auto state = menuState(GetMenu(form), row.identifier);
-    if (!state || (*state & MFS_DISABLED) != 0) {
+    if (state && (*state & MFS_DISABLED) != 0) {
         std::printf("%s is disabled\n", row.name);
         return 1;
     }
