@@ -12,14 +12,30 @@
 #include <fcntl.h>
 #include <fnmatch.h>
 #include <sys/stat.h>
+#include <strings.h>
 #include <unistd.h>
 
 namespace tavrel {
 
 namespace {
 
+/// The path with the system's separators; its last name is matched without regard to case, as Windows would.
 std::string systemPath(std::string path) {
     std::replace(path.begin(), path.end(), '\\', '/');
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos || access(path.c_str(), F_OK) == 0)
+        return path;
+    const std::string folder = path.substr(0, slash + 1);
+    DIR* const directory = opendir(folder.c_str());
+    if (directory == nullptr)
+        return path;
+    while (const dirent* const found = readdir(directory)) {
+        if (strcasecmp(&found->d_name[0], path.c_str() + slash + 1) == 0) {
+            path = folder + &found->d_name[0];
+            break;
+        }
+    }
+    closedir(directory);
     return path;
 }
 
