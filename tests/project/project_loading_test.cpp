@@ -89,7 +89,8 @@ TEST(ProjectLoading, CancellingTheLocateDialogIsFatalToTheLoadOnly) {
 
 TEST(ProjectLoading, ALocatedFileIsLoadedButTheFolderStays) {
     TestWorkspace test;
-    const std::string elsewhere = test.folder.makeFolder("else");
+    test.workspace.settings.UseTooltips = storedFalse; // the routine index looks in the folder only
+    test.folder.makeFolder("else");
     test.dialogs.answer = test.folder.write("else\\NO.PAS", "x\r\n");
     LoadProject(test.workspace, test.folder.path() + "NO.PAS");
     EXPECT_EQ(test.editor.content, "x\r\n");
