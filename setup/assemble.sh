@@ -13,6 +13,7 @@ put() { # FROM TO: TO is relative to the program folder
   placed+=("$2")
   if [[ ! -f $1 ]]; then
     missing+=("$2 (from ${1#"$TAVREL_ROOT/"})")
+    rm -f "$folder/$2"   # one from an earlier build would pass for the real one
     return
   fi
   if ! cmp -s "$1" "$folder/$2"; then

@@ -11,7 +11,7 @@ build_one() {
     cmake --preset "$preset" > "$tree.log" 2>&1 || { cat "$tree.log" >&2; return 1; }
     touch "$tree/.configured"
   fi
-  cmake --build --preset "$preset" > "$tree.log" 2>&1 || { cat "$tree.log" >&2; return 1; }
+  cmake --build --preset "$preset" -- --quiet > "$tree.log" 2>&1 || { cat "$tree.log" >&2; return 1; }
 }
 
 mkdir -p "$TAVREL_OUT/build"

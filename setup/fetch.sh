@@ -30,7 +30,7 @@ END
 # update_index: an index that cannot be had must not stop what the others offer, so failures are only told.
 update_index() {
   write_apt_configuration
-  private_apt update > "$apt_home/update.log" 2>&1 || say "set-up: apt could not read every source index: $(grep -E '^[EW]:' "$apt_home/update.log" | head -3)"
+  private_apt update > "$apt_home/update.log" 2>&1 || say "set-up: apt could not read every source index"
   touch "$apt_home/updated"
 }
 
@@ -58,6 +58,6 @@ for package in "$@"; do
   fetch_once "$package" "$file" && continue
   update_index
   fetch_once "$package" "$file" && continue
-  tail -n 5 "$apt_home/$package.log" >&2 || true
+  grep -hE '^(Err|[EW]):' "$apt_home/update.log" "$apt_home/$package.log" 2> /dev/null | tail -n 8 >&2 || true
   die "cannot fetch $file; a copy laid into $cache by hand will do as well"
 done

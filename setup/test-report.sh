@@ -44,7 +44,8 @@ googletest() {
   rm -f "$report"
   local report_name=$report
   if [[ $1 == wine ]]; then report_name=$(windows_path "$report"); fi
-  timeout -k 5 "$limit" "$@" "--gtest_output=xml:$report_name" > "$log" 2>&1 < /dev/null || status=$?
+  # In a subshell of its own, so that what bash says about an abort goes to the log as well.
+  (timeout -k 5 "$limit" "$@" "--gtest_output=xml:$report_name" || exit) > "$log" 2>&1 < /dev/null || status=$?
   if [[ ! -s $report ]]; then
     echo "$name wrote no report: it crashed, hung (limit $limit s) or did not start; it ended with $status" >> "$log"
     record "$name" 0 1 "$log"
