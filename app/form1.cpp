@@ -1,0 +1,279 @@
+#include "app/form1.h"
+
+#include "app/command_line.h"
+#include "app/command_table.h"
+#include "editor/autocomplete_list.h"
+#include "project/file_switching.h"
+#include "project/project_loading.h"
+#include "util/paths.h"
+#include "util/runtime_error.h"
+#include "util/window_placing.h"
+
+#include <array>
+#include <bit>
+#include <commctrl.h>
+#include <stdexcept>
+
+namespace tavrel {
+
+namespace {
+constexpr const char* className = "TavrelForm1";
+constexpr UINT timerPeriod = 100; // milliseconds
+constexpr double treeWidth = 2400; // twips
+} // namespace
+
+Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
+    : scale_(screenScale()), processes_(seams.processes) {
+    makeWindows();
+    workspace_ = std::unique_ptr<Workspace>(
+        new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
+    form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
+    TV_->attach(workspace_->tree);
+}
+
+Form1::~Form1() {
+    workspace_->tree.setListener(nullptr);
+    form2_.reset();
+    if (IsWindow(window_) != 0) {
+        KillTimer(window_, Form1_Timer1);
+        SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
+        DestroyWindow(window_);
+    }
+    DestroyAcceleratorTable(accelerators_);
+    DeleteObject(pictureBrush_);
+}
+
+void Form1::makeWindows() {
+    HINSTANCE const instance = GetModuleHandleA(nullptr);
+    WNDCLASSA windowClass = {};
+    windowClass.lpfnWndProc = windowProcedure;
+    windowClass.hInstance = instance;
+    windowClass.lpszClassName = className;
+    windowClass.hCursor = LoadCursorA(nullptr, std::bit_cast<LPCSTR>(IDC_ARROW));
+    windowClass.hIcon = LoadIconA(instance, std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}));
+    windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    RegisterClassA(&windowClass);
+    const int width = scale_.toPixelsX(13800);
+    const int height = scale_.toPixelsY(9900);
+    CreateWindowExA(0, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, width,
+                    height, nullptr, makeMenuBar(), instance, this);
+    if (window_ == nullptr)
+        throw std::runtime_error("The main window cannot be made.");
+    pictureBrush_ = CreateSolidBrush(pictureBackground);
+    PicBKG_ = CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 16, 16, window_,
+                              std::bit_cast<HMENU>(INT_PTR{Form1_PicBKG}), instance, nullptr);
+    TV_ = std::make_unique<TreeView>(window_, Form1_TV);
+    Code1_ = std::make_unique<CodeEditor>(window_, Form1_Code1);
+    makeStatusBar();
+    accelerators_ = makeAccelerators();
+}
+
+void Form1::makeStatusBar() {
+    StatusBar1_ = CreateWindowExA(0, STATUSCLASSNAMEA, "", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_,
+                                  std::bit_cast<HMENU>(INT_PTR{Form1_StatusBar1}), GetModuleHandleA(nullptr), nullptr);
+    layStatusBar();
+}
+
+void Form1::layStatusBar() {
+    const std::array<int, 3> rightEdges = {scale_.toPixelsX(2400), scale_.toPixelsX(6600), -1};
+    SendMessageA(StatusBar1_, WM_SIZE, 0, 0);
+    SendMessageA(StatusBar1_, SB_SETPARTS, rightEdges.size(), std::bit_cast<LPARAM>(rightEdges.data()));
+}
+
+void Form1::removeShortcutKeysFromEditor() {
+    for (const CommandRow& row : commandTable()) {
+        constexpr int firstFunctionKey = VK_F1;
+        if (row.shortcut.key != 0 && row.shortcut.key < firstFunctionKey) // the editor has no function keys
+            Code1_->releaseKey(row.shortcut.key, row.shortcut.control ? SCMOD_CTRL : 0);
+    }
+}
+
+void Form1::load(const std::string& argument) {
+    removeShortcutKeysFromEditor();
+    AutocompleteList_ = readAutocompleteList(workspace_->AppDir);
+    workspace_->LastDir = workspace_->AppDir;
+    layout_ = firstLayout(layout_, measures());
+    place(layout_);
+    SplitActive_ = false;
+    workspace_->project = Project();
+    LoadSettings(*workspace_);
+    showRecentFiles();
+    for (const CommandRow& row : commandTable()) {
+        const bool needsHandler = row.kind == RowKind::command;
+        enableCommand(row.identifier,
+                      row.when != When::withProject && (!needsHandler || row.handler != nullptr));
+    }
+    checkCommand(mnuShowProjectTree, true);
+    loaded_ = true;
+    resized();
+    ShowWindow(window_, SW_SHOWNORMAL);
+    activated();
+    UpdateWindow(window_);
+    Code1_->giveFocus();
+    SetTimer(window_, Form1_Timer1, timerPeriod, nullptr);
+    handleCommandLine(argument);
+}
+
+void Form1::handleCommandLine(const std::string& argument) {
+    const bool newProject = workspace_->settings.OpenNewProjectAtStart != storedFalse;
+    switch (startAction(argument, newProject)) {
+    case StartAction::openProject:
+        guarded([&] {
+            if (!openProjectFile(*workspace_, argument))
+                return;
+            AddRecentFile(*workspace_, argument);
+            workspace_->LastDir = GetFilePath(argument);
+        });
+        break;
+    case StartAction::offerNewProject:
+        runCommand(mnuNew); // does nothing while the command is disabled
+        break;
+    case StartAction::nothing:
+        break;
+    }
+}
+
+void Form1::guarded(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const RuntimeError& error) {
+        workspace_->messages.show(error.message(), "Tavrel", Icon::critical, Buttons::ok);
+    } catch (const ProgramEnds&) {
+        // The window is going away; there is nobody left to tell.
+    } catch (const std::exception& error) {
+        workspace_->messages.show(error.what(), "Tavrel", Icon::critical, Buttons::ok);
+    }
+}
+
+void Form1::activated() {
+    setPanel(StatusPanel::message, "");
+    const ProjectTree& tree = workspace_->tree;
+    const std::size_t shown = tree.find(workspace_->project.SelectedKey);
+    showCurrentView(*workspace_, tree.count() == 0 ? "no file" : shown == 0 ? "" : tree.node(shown).text);
+    Code1_->setFont(workspace_->settings.FontName, workspace_->settings.FontSize);
+}
+
+FormMeasures Form1::measures() const {
+    RECT client = {};
+    GetClientRect(window_, &client);
+    RECT status = {};
+    GetWindowRect(StatusBar1_, &status);
+    return {scale_.toTwipsX(client.right), scale_.toTwipsY(client.bottom), treeWidth,
+            scale_.toTwipsY(status.bottom - status.top)};
+}
+
+void Form1::place(const FormLayout& layout) {
+    ShowWindow(TV_->window(), layout.treeVisible ? SW_SHOW : SW_HIDE);
+    MoveWindow(TV_->window(), 0, 0, scale_.toPixelsX(treeWidth), scale_.toPixelsY(layout.treeHeight), TRUE);
+    MoveWindow(Code1_->window(), scale_.toPixelsX(layout.editorLeft), 0, scale_.toPixelsX(layout.editorWidth),
+               scale_.toPixelsY(layout.editorHeight), TRUE);
+}
+
+void Form1::resized() {
+    layStatusBar();
+    layout_ = resizedLayout(layout_, measures(), commandChecked(mnuShowProjectTree));
+    place(layout_);
+    if (SplitActive_)
+        Code1_->setSplitterPosition(centredSplitter(layout_.editorHeight, scale_.twipsPerPixelY()));
+}
+
+void Form1::timerTick() {
+    const EditorPosition start = Code1_->selection().start;
+    setPanel(StatusPanel::cursorPosition,
+             "Line: " + std::to_string(start.line + 1) + " Col: " + std::to_string(start.column + 1));
+    enableCommand(mnuCopy, Code1_->canCopy());
+    enableCommand(mnuCut, Code1_->canCut());
+    enableCommand(mnuPaste, Code1_->canPaste());
+    enableCommand(mnuRedo, Code1_->canRedo());
+    enableCommand(mnuUndo, Code1_->canUndo());
+}
+
+void Form1::setPanel(StatusPanel panel, const std::string& text) {
+    const auto part = static_cast<WPARAM>(static_cast<int>(panel) - 1);
+    const LRESULT length = SendMessageA(StatusBar1_, SB_GETTEXTLENGTHA, part, 0);
+    std::string shown(static_cast<std::size_t>(LOWORD(length)) + 1, '\0');
+    SendMessageA(StatusBar1_, SB_GETTEXTA, part, std::bit_cast<LPARAM>(shown.data()));
+    shown.pop_back();
+    if (shown != text) // the timer would make it flicker
+        SendMessageA(StatusBar1_, SB_SETTEXTA, part, std::bit_cast<LPARAM>(text.c_str()));
+}
+
+void Form1::setWaitPointer(bool wait) {
+    waitPointer_ = wait;
+    Code1_->setWaitPointer(wait);
+    SetCursor(LoadCursorA(nullptr, std::bit_cast<LPCSTR>(wait ? IDC_WAIT : IDC_ARROW)));
+}
+
+void Form1::applyFileAssociation() {
+    RegisterFileType(workspace_->registry, workspace_->settings, workspace_->AppDir);
+}
+
+void Form1::refreshTooltips() {
+    guarded([this] { RefreshTooltips(*workspace_); });
+}
+
+bool Form1::handleFirst(MSG& message) {
+    const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd) != 0;
+    return ours && TranslateAcceleratorA(window_, accelerators_, &message) != 0;
+}
+
+LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
+    constexpr UINT nodeClicked = WM_APP + 1;
+    switch (message) {
+    case WM_COMMAND:
+        if (second == 0)
+            runCommand(LOWORD(first));
+        return 0;
+    case WM_NOTIFY:
+        if (TV_ && TV_->handleNotification(*std::bit_cast<NMHDR*>(second)))
+            PostMessageA(window_, nodeClicked, TV_->clickedNode(), 0); // not from inside the control's mouse handling
+        return 0;
+    case nodeClicked:
+        guarded([&] {
+            if (first >= 1 && first <= workspace_->tree.count())
+                switchToNode(*workspace_, first);
+        });
+        return 0;
+    case WM_ACTIVATE:
+        if (loaded_ && LOWORD(first) != WA_INACTIVE) {
+            guarded([this] { activated(); });
+            Code1_->giveFocus();
+        }
+        return 0;
+    case WM_SIZE:
+        if (loaded_ && first != SIZE_MINIMIZED)
+            guarded([this] { resized(); });
+        return 0;
+    case WM_TIMER:
+        guarded([this] { timerTick(); });
+        return 0;
+    case WM_KEYUP:
+        return 0; // no key-up that reaches the form means anything
+    case WM_SETCURSOR:
+        if (waitPointer_) {
+            SetCursor(LoadCursorA(nullptr, std::bit_cast<LPCSTR>(IDC_WAIT)));
+            return TRUE;
+        }
+        return DefWindowProcA(window_, message, first, second);
+    case WM_CTLCOLORSTATIC:
+        return std::bit_cast<LRESULT>(pictureBrush_);
+    case WM_DESTROY:
+        KillTimer(window_, Form1_Timer1);
+        PostQuitMessage(0);
+        return 0;
+    default:
+        return DefWindowProcA(window_, message, first, second);
+    }
+}
+
+LRESULT CALLBACK Form1::windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_NCCREATE) {
+        auto* const creation = std::bit_cast<CREATESTRUCTA*>(second);
+        static_cast<Form1*>(creation->lpCreateParams)->window_ = window;
+        SetWindowLongPtrA(window, GWLP_USERDATA, std::bit_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    auto* const form = std::bit_cast<Form1*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    return form != nullptr ? form->handle(message, first, second) : DefWindowProcA(window, message, first, second);
+}
+
+} // namespace tavrel

@@ -1,0 +1,124 @@
+// The main window: the whole application.
+#pragma once
+
+#include "app/layout.h"
+#include "app/resource.h"
+#include "build/compilation.h"
+#include "build/form2.h"
+#include "editor/code_editor.h"
+#include "project/tree_view.h"
+#include "project/workspace.h"
+#include "util/message_pump.h"
+#include "util/process_runner.h"
+#include "util/twips.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+namespace tavrel {
+
+/// What the main window reaches the world outside through; a test answers in its place.
+struct Form1Seams {
+    MessageBoxes& messages;
+    FileDialogs& dialogs;
+    ClassesRegistry& registry;
+    ProcessRunner& processes;
+};
+
+class Form1 : public MainWindowDisplay, private MessageFilter {
+  public:
+    /// `AppDir` is the program folder with its trailing backslash.
+    Form1(const Form1Seams& seams, const std::string& AppDir);
+    ~Form1() override;
+
+    /// Start-up: everything from reading the data files to showing the window and loading the project that `argument` (the
+    /// raw argument text) names. Throws RuntimeError when the program cannot start.
+    void load(const std::string& argument);
+
+    HWND window() const { return window_; }
+    Workspace& workspace() { return *workspace_; }
+    CodeEditor& Code1() { return *Code1_; }
+    TreeView& TV() { return *TV_; }
+    Form2& progressWindow() { return *form2_; }
+    const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
+    bool SplitActive() const { return SplitActive_; }
+    /// The `PicBKG` colour.
+    static constexpr COLORREF pictureBackground = RGB(0, 0, 255);
+
+    /// Is this menu entry enabled?
+    bool commandEnabled(UINT identifier) const;
+    /// Applies the file association.
+    void applyFileAssociation();
+    /// Rescans the routines of the file in the editor.
+    void refreshTooltips();
+
+    void setPanel(StatusPanel panel, const std::string& text) override;
+    void enableProjectCommands() override;
+    void showRecentFiles() override;
+    void setWaitPointer(bool wait) override;
+
+    // Handlers of the command table.
+    void openProjectCommand();
+    void openPascalFileCommand();
+    void saveProjectCommand();
+    void saveFileCommand();
+    void refreshCommand();
+    void propertiesCommand();
+    void compileComCommand();
+    void compileChnCommand();
+    template <std::size_t index> void openRecentCommand() { openRecent(index); }
+    void exitCommand();
+    void cutCommand();
+    void copyCommand();
+    void pasteCommand();
+    void deleteCommand();
+    void undoCommand();
+    void redoCommand();
+    void clearCommand();
+    void splitCommand();
+    void showTreeCommand();
+
+  private:
+    static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
+    LRESULT handle(UINT message, WPARAM first, LPARAM second);
+    bool handleFirst(MSG& message) override;
+
+    void makeWindows();
+    void makeStatusBar();
+    void removeShortcutKeysFromEditor();
+    void runCommand(UINT identifier);
+    void guarded(const std::function<void()>& operation);
+    void enableCommand(UINT identifier, bool enabled);
+    void checkCommand(UINT identifier, bool checked);
+    bool commandChecked(UINT identifier) const;
+    void openRecent(std::size_t index);
+    void activated();
+    void resized();
+    void layStatusBar();
+    void place(const FormLayout& layout);
+    FormMeasures measures() const;
+    void timerTick();
+    void handleCommandLine(const std::string& argument);
+
+    HWND window_ = nullptr;
+    HWND StatusBar1_ = nullptr;
+    HWND PicBKG_ = nullptr;
+    HBRUSH pictureBrush_ = nullptr;
+    HACCEL accelerators_ = nullptr;
+    ScreenScale scale_;
+    FormLayout layout_;
+    bool SplitActive_ = false;
+    bool waitPointer_ = false;
+    bool loaded_ = false;
+    std::vector<std::string> AutocompleteList_;
+    std::unique_ptr<CodeEditor> Code1_;
+    std::unique_ptr<TreeView> TV_;
+    std::unique_ptr<Workspace> workspace_;
+    std::unique_ptr<Form2> form2_;
+    ProcessRunner& processes_;
+};
+
+} // namespace tavrel

@@ -1,0 +1,191 @@
+// The main window's commands.
+#include "app/command_table.h"
+#include "app/form1.h"
+#include "build/form3.h"
+#include "project/project_commands.h"
+#include "project/project_loading.h"
+#include "util/text.h"
+
+#include <optional>
+
+namespace tavrel {
+
+namespace {
+
+struct MenuPlace {
+    HMENU menu;
+    UINT position;
+};
+
+std::optional<MenuPlace> findPlace(HMENU menu, UINT identifier) {
+    const int count = GetMenuItemCount(menu);
+    for (int i = 0; i < count; ++i) {
+        const auto position = static_cast<UINT>(i);
+        MENUITEMINFOA item = {};
+        item.cbSize = sizeof item;
+        item.fMask = MIIM_ID | MIIM_SUBMENU;
+        GetMenuItemInfoA(menu, position, TRUE, &item);
+        if (item.wID == identifier)
+            return MenuPlace{menu, position};
+        if (item.hSubMenu != nullptr) {
+            if (const auto place = findPlace(item.hSubMenu, identifier))
+                return place;
+        }
+    }
+    return std::nullopt;
+}
+
+UINT menuState(HWND window, UINT identifier) {
+    const auto place = findPlace(GetMenu(window), identifier);
+    if (!place)
+        return MFS_DISABLED;
+    MENUITEMINFOA item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_STATE;
+    GetMenuItemInfoA(place->menu, place->position, TRUE, &item);
+    return item.fState;
+}
+
+} // namespace
+
+bool Form1::commandEnabled(UINT identifier) const {
+    return (menuState(window_, identifier) & MFS_DISABLED) == 0;
+}
+
+bool Form1::commandChecked(UINT identifier) const {
+    return (menuState(window_, identifier) & MFS_CHECKED) != 0;
+}
+
+void Form1::enableCommand(UINT identifier, bool enabled) {
+    if (const auto place = findPlace(GetMenu(window_), identifier))
+        EnableMenuItem(place->menu, place->position,
+                       static_cast<UINT>(MF_BYPOSITION) | (enabled ? MFS_ENABLED : MFS_DISABLED));
+}
+
+void Form1::checkCommand(UINT identifier, bool checked) {
+    if (const auto place = findPlace(GetMenu(window_), identifier))
+        CheckMenuItem(place->menu, place->position,
+                      static_cast<UINT>(MF_BYPOSITION) | (checked ? MFS_CHECKED : MFS_UNCHECKED));
+}
+
+void Form1::runCommand(UINT identifier) {
+    const CommandRow* const row = findCommand(identifier);
+    if (row == nullptr || row->handler == nullptr || !commandEnabled(identifier))
+        return;
+    guarded([&] { (this->*row->handler)(); });
+}
+
+void Form1::enableProjectCommands() {
+    for (const CommandRow& row : commandTable()) {
+        if (row.when == When::withProject && (row.kind == RowKind::menu || row.handler != nullptr))
+            enableCommand(row.identifier, true);
+    }
+}
+
+void Form1::showRecentFiles() {
+    const auto exitPlace = findPlace(GetMenu(window_), mnuExit);
+    if (!exitPlace)
+        return;
+    HMENU const file = exitPlace->menu;
+    for (UINT identifier = mnurecent_0; identifier <= mnseparator1; ++identifier) {
+        if (const auto place = findPlace(file, identifier))
+            DeleteMenu(place->menu, place->position, MF_BYPOSITION);
+    }
+    const auto& recent = workspace_->settings.Recent;
+    for (std::size_t i = 0; i < recent.size(); ++i) {
+        if (recent[i].empty())
+            continue;
+        const std::string caption = replaceIgnoringCase(recent[i], "&", "&&"); // else it would underline a letter
+        InsertMenuA(file, mnuExit, MF_BYCOMMAND | MF_STRING, mnurecent_0 + i, caption.c_str());
+    }
+    if (!recent[0].empty())
+        InsertMenuA(file, mnuExit, MF_BYCOMMAND | MF_SEPARATOR, mnseparator1, nullptr);
+}
+
+void Form1::openProjectCommand() {
+    openProject(*workspace_);
+}
+
+void Form1::openPascalFileCommand() {
+    openPascalFile(*workspace_);
+}
+
+void Form1::saveProjectCommand() {
+    saveProject(*workspace_);
+}
+
+void Form1::saveFileCommand() {
+    saveCurrentFile(*workspace_);
+}
+
+void Form1::refreshCommand() {
+    RefreshProject(*workspace_);
+}
+
+void Form1::propertiesCommand() {
+    showProjectProperties(window_, *workspace_);
+}
+
+void Form1::compileComCommand() {
+    compileCommand(*workspace_, {*form2_, processes_}, Output::com);
+}
+
+void Form1::compileChnCommand() {
+    compileCommand(*workspace_, {*form2_, processes_}, Output::chn);
+}
+
+void Form1::openRecent(std::size_t index) {
+    openRecentEntry(*workspace_, index);
+}
+
+void Form1::exitCommand() {
+    DestroyWindow(window_);
+}
+
+void Form1::cutCommand() {
+    if (Code1_->canCut())
+        Code1_->cut();
+}
+
+void Form1::copyCommand() {
+    if (Code1_->canCopy())
+        Code1_->copy();
+}
+
+void Form1::pasteCommand() {
+    if (Code1_->canPaste())
+        Code1_->paste();
+}
+
+void Form1::deleteCommand() {
+    Code1_->deleteSelection();
+}
+
+void Form1::undoCommand() {
+    if (Code1_->canUndo() && Code1_->modified())
+        Code1_->undo();
+}
+
+void Form1::redoCommand() {
+    if (Code1_->canRedo())
+        Code1_->redo();
+}
+
+void Form1::clearCommand() {
+    Code1_->setText("");
+}
+
+void Form1::splitCommand() {
+    SplitActive_ = !SplitActive_;
+    Code1_->setSplit(SplitActive_);
+    if (SplitActive_)
+        Code1_->setSplitterPosition(centredSplitter(layout_.editorHeight, scale_.twipsPerPixelY()));
+    checkCommand(mnuSplit, SplitActive_);
+}
+
+void Form1::showTreeCommand() {
+    checkCommand(mnuShowProjectTree, !commandChecked(mnuShowProjectTree));
+    resized();
+}
+
+} // namespace tavrel

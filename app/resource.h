@@ -1,0 +1,87 @@
+// Names of the program's controls, for code, dialog templates, tests and the test driver. Only #defines: the resource
+// compiler reads this file too.
+#pragma once
+
+// Menu commands, in menu order.
+#define mnuFile 1001
+#define mnuNewMenu 1002
+#define mnuNew 1003
+#define mnuNewInc 1004
+#define mnOpen 1005
+#define mnuOpenProject 1006
+#define mnuFileOpen 1007
+#define mnuOpenIncfile 1008
+#define mnuSave 1009
+#define mnuSavePrj 1010
+#define mnuSaveFile 1011
+#define mnuseparator0 1012
+#define mnuRefresh 1013
+#define mnuProp 1014
+#define mnuseparator10 1015
+#define mnuCompile 1016
+#define mnuCompileCHN 1017
+#define mnuCompileRun 1018
+#define mnuseparator2 1019
+#define mnuPrint 1020
+#define mnuseparator3 1021
+#define mnurecent_0 1022
+#define mnurecent_1 1023
+#define mnurecent_2 1024
+#define mnurecent_3 1025
+#define mnurecent_4 1026
+#define mnseparator1 1027
+#define mnuExit 1028
+#define mnuEdit 1029
+#define mnuCut 1030
+#define mnuCopy 1031
+#define mnuPaste 1032
+#define mnuDelete 1033
+#define mnuspearator5 1034
+#define mnuFind 1035
+#define mnuFindNext 1036
+#define mnuReplace 1037
+#define mnuSeparator7 1038
+#define mnuUndo 1039
+#define mnuRedo 1040
+#define mnuSeparator6 1041
+#define mnuClear 1042
+#define mnuseparator4 1043
+#define mnupreferences 1044
+#define mnuTools 1045
+#define mnuConvPal 1046
+#define mnuImgConv 1047
+#define mnuCalc 1048
+#define mnuWindow 1049
+#define mnuSplit 1050
+#define mnuShowProjectTree 1051
+#define mnuHelp 1052
+#define mnuRefHelp 1053
+#define mnseparator0 1054
+#define mnuAbout 1055
+
+// The main window.
+#define Tavrel_Icon 100
+#define Form1_Code1 1201
+#define Form1_TV 1202
+#define Form1_StatusBar1 1203
+#define Form1_PicBKG 1204
+#define Form1_Timer1 1205
+
+// The progress window.
+#define Form2_Dialog 200
+#define Form2_Text1 1301
+#define Form2_Image1_0 1302
+#define Form2_Image1_1 1303
+#define Form2_Image1_2 1304
+#define Form2_Image1_3 1305
+#define Form2_Image1_4 1306
+#define Form2_Timer1 1307
+#define Form2_Timer2 1308
+
+// The project properties.
+#define Form3_Dialog 300
+#define Form3_Text1 1401
+#define Form3_Text3 1402
+#define Form3_Text4 1403
+#define Form3_Command1 1404
+#define Form3_Command2 1405

@@ -1,0 +1,209 @@
+#include "build/compilation.h"
+
+#include "build/compiler_results.h"
+#include "project/file_switching.h"
+#include "project/project_commands.h"
+#include "util/files.h"
+#include "util/paths.h"
+#include "util/runtime_error.h"
+#include "util/text_input.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace tavrel {
+
+namespace {
+
+void showErrorPicture(ProgressWindow& progress) {
+    for (const int image : {0, 1, 2})
+        progress.setImageVisible(image, false);
+    progress.setImageVisible(3, true);
+    progress.enableTimer2(true);
+}
+
+void refuseLargeFolder(Workspace& workspace, ProgressWindow& progress) {
+    progress.show();
+    showErrorPicture(progress);
+    progress.setText("The project directory \r\n" + workspace.project.Folder +
+                     "\r\ncannot have more than 720kb of files");
+    workspace.display.setWaitPointer(false);
+}
+
+/// The kit's files in the project folder. Whatever ends the build, they do not stay there.
+class KitCopies {
+  public:
+    explicit KitCopies(const std::string& folder) : folder_(folder) {}
+    ~KitCopies() {
+        for (const char* const name : present_)
+            deleteFileIfPossible(folder_ + name);
+    }
+    KitCopies(const KitCopies&) = delete;
+    KitCopies& operator=(const KitCopies&) = delete;
+
+    void add(const std::string& kit, const char* name) {
+        copyFile(kit + name, folder_ + name);
+        present_.push_back(name);
+    }
+    void remove(const char* name) {
+        deleteFile(folder_ + name);
+        std::erase(present_, name);
+    }
+
+  private:
+    std::string folder_;
+    std::vector<const char*> present_;
+};
+
+/// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
+void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std::string& folder) {
+    static constexpr const char* loader = "DOS2CASH.COM";
+    static constexpr const char* compiler = "TP3.EXE";
+    static constexpr const char* runtime = "RUNTIME.COM";
+    static constexpr const char* script = "turbopc.bat";
+    const std::string kit = workspace.AppDir + "compiler\\";
+    KitCopies copies(folder);
+    for (const char* const name : {loader, compiler, runtime, script})
+        copies.add(kit, name);
+    writeWholeFile(kit + "rundb.bat", launchScript(workspace.AppDir, folder));
+    processes.ShellAndWait(kit + "rundb.bat", false, true);
+    for (const char* const name : {compiler, loader, runtime, script})
+        copies.remove(name);
+    for (const char* const name : {"stderr.txt", "stdout.txt"})
+        deleteFileIfPossible(folder + name);
+}
+
+void showSuccess(const std::string& folder, ProgressWindow& progress) {
+    for (const int image : {0, 1, 2, 3})
+        progress.setImageVisible(image, false);
+    progress.setImageVisible(4, true);
+    progress.enableTimer1(false);
+    progress.enableTimer2(false);
+    progress.setText(progress.text() + "\r\nNo errors - Sucessfully compiled");
+    const std::string resultPath = folder + "result.txt";
+    if (!FileExists(resultPath))
+        return;
+    TextInput result = TextInput::open(resultPath);
+    if (const auto lines = readSizeLines(result))
+        progress.setText(progress.text() + "\r\n\r\n" + lines->at(0) + "\r\n" + lines->at(1) + "\r\n" +
+                         lines->at(2));
+    deleteFileIfPossible(resultPath);
+}
+
+CompilerError showFailure(const std::string& errorsPath, ProgressWindow& progress) {
+    progress.setText("");
+    showErrorPicture(progress);
+    TextInput file = TextInput::open(errorsPath);
+    CompilerError error;
+    try {
+        error = readCompilerErrors(file);
+    } catch (const RuntimeError& failure) {
+        // Left in place it would turn the next build, however good, into a failure.
+        deleteFileIfPossible(errorsPath);
+        throw RuntimeError(failure.number(), errorsPath);
+    }
+    progress.setText(error.text);
+    deleteFile(errorsPath);
+    return error;
+}
+
+/// Shows the failing file in the editor. False when the user cancelled, which ends the navigation.
+bool showFailingFile(Workspace& workspace, const std::string& fileName) {
+    Project& project = workspace.project;
+    for (std::size_t node = 1; node <= workspace.tree.count(); ++node) {
+        if (workspace.tree.node(node).text != fileName)
+            continue;
+        const std::string formerKey = project.SelectedKey;
+        workspace.tree.select(node);
+        project.SelectedKey = workspace.tree.node(node).key;
+        const std::string path = project.Folder + workspace.tree.node(node).text;
+        if (!FileExists(path))
+            continue;
+        if (workspace.editor.modified()) {
+            const Answer answer = askToSaveText(workspace);
+            if (answer == Answer::cancel) {
+                reselectCurrentFile(workspace, formerKey);
+                return false;
+            }
+            if (answer == Answer::yes) {
+                if (project.CurrentFile >= project.Files.size())
+                    throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
+                workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName, false);
+            }
+        }
+        showNodeFile(workspace, node, path);
+    }
+    return true;
+}
+
+void navigateToError(Workspace& workspace, const CompilerError& error) {
+    if (!showFailingFile(workspace, error.file))
+        return; // the hourglass stays, as it always has after Cancel
+    constexpr double largestLine = 1e9; // beyond any text; the editor takes its last line
+    if (error.line > 0) {
+        const long line = std::lround(std::fmin(error.line, largestLine)) - 1;
+        workspace.editor.setHighlightedLine(line);
+        workspace.editor.setCaret({line, 0});
+    }
+    workspace.display.setWaitPointer(false);
+}
+
+void deleteOldOutput(const Workspace& workspace, const std::string& programName, Output output) {
+    const std::string path = workspace.project.Folder + programName + (output == Output::chn ? ".chn" : ".com");
+    if (FileExists(path))
+        deleteFile(path);
+}
+
+bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output output) {
+    const Project& project = workspace.project;
+    const std::string folder = project.Folder; // the user may open another project while the compiler runs
+    const std::string programName = mainProgramName(workspace.tree.node(2).text);
+    workspace.display.setWaitPointer(true);
+    deleteOldOutput(workspace, programName, output);
+    if (GetFolderSize(folder, "*.*", true) > largestProjectFolder) {
+        refuseLargeFolder(workspace, tools.progress);
+        return true;
+    }
+    tools.progress.show();
+    try {
+        writeWholeFile(workspace.AppDir + "compiler\\turbopc.bat",
+                       compileScript(output, programName, project.StartAddress, project.EndAddress));
+        runCompiler(workspace, tools.processes, folder);
+    } catch (const RuntimeError&) {
+        tools.progress.close(); // it would go on telling of a compilation that is over
+        throw;
+    }
+    workspace.editor.setHighlightedLine(-1);
+    CompilerError error;
+    const bool failed = FileExists(folder + "errors.txt");
+    if (failed)
+        error = showFailure(folder + "errors.txt", tools.progress);
+    else
+        showSuccess(folder, tools.progress);
+    navigateToError(workspace, error);
+    return !failed;
+}
+
+} // namespace
+
+bool DoCompilation(Workspace& workspace, const BuildTools& tools, Output output) {
+    workspace.editor.setHighlightedLine(-1);
+    if (workspace.tree.count() == 0) {
+        workspace.messages.show("No project loaded!", "Error", Icon::critical, Buttons::ok);
+        return true;
+    }
+    try {
+        return compileAndReport(workspace, tools, output);
+    } catch (const RuntimeError&) {
+        workspace.display.setWaitPointer(false);
+        throw;
+    }
+}
+
+void compileCommand(Workspace& workspace, const BuildTools& tools, Output output) {
+    saveModifiedText(workspace);
+    DoCompilation(workspace, tools, output);
+}
+
+} // namespace tavrel

@@ -1,0 +1,87 @@
+// The editor control `Code1`: one text in one or two Scintilla panes.
+#pragma once
+
+#include "editor/scintilla_view.h"
+#include "editor/source_editor.h"
+
+#include <memory>
+#include <windows.h>
+
+namespace tavrel {
+
+class CodeEditor : public SourceEditor {
+  public:
+    /// Makes the control as a child of `parent`. Throws std::runtime_error.
+    CodeEditor(HWND parent, int controlIdentifier);
+    ~CodeEditor() override;
+    CodeEditor(const CodeEditor&) = delete;
+    CodeEditor& operator=(const CodeEditor&) = delete;
+
+    HWND window() const { return window_; }
+
+    std::string text() const override;
+    void setText(std::string_view text) override;
+    void insertFile(const std::string& path, EditorPosition position) override;
+    void saveFile(const std::string& path, bool clearUndo) override;
+    void insertText(std::string_view text, EditorPosition position) override;
+    bool modified() const override;
+    void setModified(bool modified) override;
+    long lineCount() const override;
+    std::string lineText(long line) const override;
+    EditorSelection selection() const override;
+    EditorPosition caret() const override;
+    void setCaret(EditorPosition position) override;
+    std::string wordAtCaret() const override;
+    long highlightedLine() const override;
+    void setHighlightedLine(long line) override;
+    bool canUndo() const override;
+    bool canRedo() const override;
+    bool canCut() const override;
+    bool canCopy() const override;
+    bool canPaste() const override;
+    void undo() override;
+    void redo() override;
+    void cut() override;
+    void copy() override;
+    void paste() override;
+    void deleteSelection() override;
+    void giveFocus() override;
+
+    /// Font of the settings; a fixed-pitch one stands in for a font that is not installed.
+    void setFont(const std::string& face, int size);
+    /// Takes a key away from the editor, since the window's menu has it as a shortcut. Modifiers as SCMOD_ values.
+    void releaseKey(int key, int modifiers);
+    void setWaitPointer(bool wait);
+
+    bool split() const { return lower_ != nullptr; }
+    void setSplit(bool split);
+    /// Height in pixels of the upper pane.
+    int splitterPosition() const { return splitterPosition_; }
+    void setSplitterPosition(int pixels);
+    int paneCount() const { return split() ? 2 : 1; }
+    /// The pane (from 0) that had the focus last.
+    int activePane() const { return activePane_; }
+    void setActivePane(int pane);
+
+  private:
+    static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
+    LRESULT handle(UINT message, WPARAM first, LPARAM second);
+    ScintillaView& active() const;
+    void setUp(const ScintillaView& view) const;
+    void placePanes();
+    void dragSplitter(int y);
+    sptr_t positionOf(EditorPosition position) const;
+    EditorPosition placeOf(sptr_t position) const;
+
+    HWND window_ = nullptr;
+    std::unique_ptr<ScintillaView> upper_;
+    std::unique_ptr<ScintillaView> lower_;
+    int splitterPosition_ = 0;
+    int activePane_ = 0;
+    bool forcedModified_ = false;
+    std::string face_ = "Courier New";
+    int size_ = 10;
+    int characterSet_ = 0;
+};
+
+} // namespace tavrel

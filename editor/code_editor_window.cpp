@@ -1,0 +1,153 @@
+// The window side of the editor control: its two panes and the splitter between them.
+#include "editor/code_editor.h"
+
+#include <algorithm>
+#include <bit>
+#include <stdexcept>
+#include <windowsx.h>
+
+namespace tavrel {
+
+namespace {
+constexpr const char* className = "TavrelCodeEditor";
+constexpr int splitterHeight = 6; // pixels
+constexpr int smallestPane = 20;
+} // namespace
+
+CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
+    WNDCLASSA windowClass = {};
+    windowClass.lpfnWndProc = windowProcedure;
+    windowClass.hInstance = GetModuleHandleA(nullptr);
+    windowClass.lpszClassName = className;
+    windowClass.hCursor = LoadCursorA(nullptr, std::bit_cast<LPCSTR>(IDC_SIZENS));
+    windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    RegisterClassA(&windowClass); // fails when it is registered already, which is as good
+    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, parent,
+                              std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)), GetModuleHandleA(nullptr),
+                              this);
+    if (window_ == nullptr)
+        throw std::runtime_error("The editor window cannot be made.");
+    upper_ = std::make_unique<ScintillaView>(window_);
+    setUp(*upper_);
+}
+
+CodeEditor::~CodeEditor() {
+    if (IsWindow(window_) != 0) {
+        SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
+        DestroyWindow(window_);
+    }
+}
+
+ScintillaView& CodeEditor::active() const {
+    return activePane_ == 1 && lower_ ? *lower_ : *upper_;
+}
+
+void CodeEditor::setUp(const ScintillaView& view) const {
+    view.call(SCI_SETTECHNOLOGY, SC_TECHNOLOGY_DEFAULT);
+    view.call(SCI_SETCODEPAGE, 0); // one byte, one character
+    view.call(SCI_SETTABWIDTH, 4);
+    view.call(SCI_SETUSETABS, 0);
+    view.call(SCI_SETSCROLLWIDTH, 1);
+    view.call(SCI_SETSCROLLWIDTHTRACKING, 1);
+    view.call(SCI_SETCARETPERIOD, 500);
+    view.call(SCI_USEPOPUP, SC_POPUP_NEVER);
+    view.call(SCI_MARKERDEFINE, 0, sptr_t{SC_MARK_BACKGROUND});
+    view.call(SCI_MARKERSETBACK, 0, static_cast<sptr_t>(RGB(255, 200, 190)));
+    view.call(SCI_SETMARGINTYPEN, 0, sptr_t{SC_MARGIN_NUMBER});
+    // Keys without a command would put control characters into the text.
+    for (int key = 'A'; key <= 'Z'; ++key) {
+        const auto control = static_cast<uptr_t>(key | (SCMOD_CTRL << 16));
+        if (std::string_view("ACVXYZLTDU").find(static_cast<char>(key)) == std::string_view::npos)
+            view.call(SCI_ASSIGNCMDKEY, control, sptr_t{SCI_NULL});
+        view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)), sptr_t{SCI_NULL});
+    }
+    applyPascalStyle(view, face_, size_, characterSet_);
+}
+
+void CodeEditor::setSplit(bool split) {
+    if (split == this->split())
+        return;
+    if (split) {
+        lower_ = std::make_unique<ScintillaView>(window_);
+        setUp(*lower_);
+        lower_->call(SCI_SETDOCPOINTER, 0, upper_->call(SCI_GETDOCPOINTER));
+    } else {
+        const bool focused = lower_->hasFocus();
+        activePane_ = 0;
+        DestroyWindow(lower_->window());
+        lower_.reset();
+        if (focused)
+            giveFocus();
+    }
+    placePanes();
+}
+
+void CodeEditor::setSplitterPosition(int pixels) {
+    splitterPosition_ = pixels;
+    placePanes();
+}
+
+void CodeEditor::setActivePane(int pane) {
+    activePane_ = std::clamp(pane, 0, paneCount() - 1);
+    giveFocus();
+}
+
+void CodeEditor::placePanes() {
+    RECT client = {};
+    GetClientRect(window_, &client);
+    const int upperHeight =
+        lower_ ? std::clamp(splitterPosition_, 0, std::max<int>(client.bottom - splitterHeight, 0)) : client.bottom;
+    MoveWindow(upper_->window(), 0, 0, client.right, upperHeight, TRUE);
+    if (lower_) {
+        const int top = upperHeight + splitterHeight;
+        MoveWindow(lower_->window(), 0, top, client.right, std::max<int>(client.bottom - top, 0), TRUE);
+    }
+}
+
+void CodeEditor::dragSplitter(int y) {
+    RECT client = {};
+    GetClientRect(window_, &client);
+    setSplitterPosition(std::clamp(y, smallestPane, std::max<int>(client.bottom - smallestPane, smallestPane)));
+}
+
+LRESULT CodeEditor::handle(UINT message, WPARAM first, LPARAM second) {
+    switch (message) {
+    case WM_SIZE:
+        if (upper_)
+            placePanes();
+        return 0;
+    case WM_SETFOCUS:
+        if (upper_)
+            giveFocus();
+        return 0;
+    case WM_LBUTTONDOWN:
+        if (lower_)
+            SetCapture(window_);
+        return 0;
+    case WM_MOUSEMOVE:
+        if (GetCapture() == window_)
+            dragSplitter(GET_Y_LPARAM(second));
+        return 0;
+    case WM_LBUTTONUP:
+        ReleaseCapture();
+        return 0;
+    case WM_COMMAND:
+        if (HIWORD(first) == SCEN_SETFOCUS)
+            activePane_ = lower_ && std::bit_cast<HWND>(second) == lower_->window() ? 1 : 0;
+        return 0;
+    default:
+        return DefWindowProcA(window_, message, first, second);
+    }
+}
+
+LRESULT CALLBACK CodeEditor::windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_NCCREATE) {
+        auto* const creation = std::bit_cast<CREATESTRUCTA*>(second);
+        static_cast<CodeEditor*>(creation->lpCreateParams)->window_ = window;
+        SetWindowLongPtrA(window, GWLP_USERDATA, std::bit_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    auto* const editor = std::bit_cast<CodeEditor*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    return editor != nullptr ? editor->handle(message, first, second) : DefWindowProcA(window, message, first, second);
+}
+
+} // namespace tavrel

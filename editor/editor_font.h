@@ -1,0 +1,16 @@
+// Which installed font stands in for the one of the settings.
+#pragma once
+
+#include <string>
+
+namespace tavrel {
+
+struct EditorFont {
+    std::string face;
+    int characterSet = 0; ///< OEM where the face has it, for the frames and accents of DOS sources
+};
+
+/// The wanted font when it is installed, else a fixed-pitch one that is.
+EditorFont installedEditorFont(const std::string& wanted);
+
+} // namespace tavrel

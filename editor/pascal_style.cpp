@@ -1,0 +1,60 @@
+// Colours of the Pascal lexer and the look of the editor's margins.
+#include "editor/scintilla_view.h"
+
+#include <array>
+#include <bit>
+
+#include <ILexer.h>
+#include <Lexilla.h>
+#include <SciLexer.h>
+
+namespace tavrel {
+
+namespace {
+
+struct Style {
+    int number;
+    COLORREF colour;
+    bool bold;
+};
+
+constexpr std::array styles = {
+    Style{SCE_PAS_COMMENT, RGB(0, 116, 32), false},     Style{SCE_PAS_COMMENT2, RGB(0, 116, 32), false},
+    Style{SCE_PAS_COMMENTLINE, RGB(0, 116, 32), false}, Style{SCE_PAS_PREPROCESSOR, RGB(128, 64, 0), false},
+    Style{SCE_PAS_PREPROCESSOR2, RGB(128, 64, 0), false}, Style{SCE_PAS_NUMBER, RGB(0, 110, 130), false},
+    Style{SCE_PAS_HEXNUMBER, RGB(0, 110, 130), false},  Style{SCE_PAS_WORD, RGB(0, 0, 160), true},
+    Style{SCE_PAS_STRING, RGB(163, 21, 21), false},     Style{SCE_PAS_STRINGEOL, RGB(163, 21, 21), false},
+    Style{SCE_PAS_CHARACTER, RGB(163, 21, 21), false},  Style{SCE_PAS_ASM, RGB(110, 0, 110), false},
+};
+
+/// Reserved words of Turbo Pascal 3.
+constexpr const char* reservedWords =
+    "absolute and array begin case const div do downto else end external file for forward function goto if in inline "
+    "label mod nil not of or overlay packed procedure program record repeat set shl shr string then to type until var "
+    "while with xor";
+
+} // namespace
+
+void applyPascalStyle(const ScintillaView& view, const std::string& face, int size, int characterSet) {
+    view.call(SCI_STYLESETFONT, STYLE_DEFAULT, face.c_str());
+    view.call(SCI_STYLESETSIZE, STYLE_DEFAULT, size);
+    view.call(SCI_STYLESETCHARACTERSET, STYLE_DEFAULT, characterSet);
+    view.call(SCI_STYLECLEARALL);
+    for (const Style& style : styles) {
+        const auto number = static_cast<uptr_t>(style.number);
+        view.call(SCI_STYLESETFORE, number, static_cast<sptr_t>(style.colour));
+        view.call(SCI_STYLESETBOLD, number, style.bold ? 1 : 0);
+    }
+    view.call(SCI_STYLESETFORE, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(110, 110, 110)));
+    view.call(SCI_STYLESETBACK, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(243, 243, 243)));
+    view.call(SCI_SETMARGINWIDTHN, 0, view.call(SCI_TEXTWIDTH, STYLE_LINENUMBER, "_9999"));
+    view.call(SCI_SETMARGINWIDTHN, 1, sptr_t{0});
+    view.call(SCI_SETMARGINLEFT, 0, sptr_t{4});
+    if (view.call(SCI_GETLEXER) != SCLEX_PASCAL) {
+        Scintilla::ILexer5* const lexer = CreateLexer("pascal");
+        view.call(SCI_SETILEXER, 0, std::bit_cast<sptr_t>(lexer));
+        view.call(SCI_SETKEYWORDS, 0, reservedWords);
+    }
+}
+
+} // namespace tavrel

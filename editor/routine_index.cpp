@@ -1,0 +1,71 @@
+#include "editor/routine_index.h"
+
+#include "util/text.h"
+#include "util/text_input.h"
+
+#include <utility>
+
+namespace tavrel {
+
+namespace {
+
+std::optional<std::string> headerBehind(std::string_view keyword, const std::string& trimmed,
+                                        const std::string& upper) {
+    // The word may open the line without a blank behind it and stand with one only later.
+    const std::size_t position = upper.find(keyword);
+    if (position == std::string::npos || !upper.starts_with(keyword.substr(0, keyword.size() - 1)))
+        return std::nullopt;
+    return trimmed.substr(position + keyword.size());
+}
+
+} // namespace
+
+std::optional<std::string> routineHeader(std::string_view line) {
+    const std::string trimmed = trimBlanks(line);
+    const std::string upper = upperCase(trimmed);
+    if (auto header = headerBehind("FUNCTION ", trimmed, upper))
+        return header;
+    return headerBehind("PROCEDURE ", trimmed, upper);
+}
+
+void appendHeader(FileRoutineList& list, std::string header) {
+    list.Headers.push_back(std::move(header));
+    ++list.Count;
+}
+
+void GetFileFunctions(std::vector<FileRoutineList>& lists, std::size_t index, const std::string& fileName) {
+    if (lists.size() <= index)
+        lists.resize(index + 1);
+    TextInput file = TextInput::open(fileName);
+    do {
+        if (auto header = routineHeader(file.line()))
+            appendHeader(lists[index], std::move(*header));
+    } while (!file.atEnd());
+}
+
+bool RefreshTooltips(std::vector<FileRoutineList>& lists, const std::vector<std::string>& nodeTexts,
+                     const std::string& selectedText, const SourceEditor& editor) {
+    if (nodeTexts.size() <= 1)
+        return true;
+    std::optional<std::size_t> filled;
+    // The root (first) has no list, even when its text is the selected one.
+    for (std::size_t node = 1; node < nodeTexts.size(); ++node) {
+        if (nodeTexts[node] != selectedText)
+            continue;
+        const std::size_t list = node - 1;
+        if (lists.size() <= list)
+            lists.resize(list + 1);
+        lists[list] = FileRoutineList();
+        filled = list;
+    }
+    if (!filled)
+        return false;
+    const long lines = editor.lineCount();
+    for (long line = 0; line <= lines; ++line) {
+        if (auto header = routineHeader(trimBlanks(editor.lineText(line))))
+            appendHeader(lists[*filled], std::move(*header));
+    }
+    return true;
+}
+
+} // namespace tavrel

@@ -1,0 +1,38 @@
+// One Scintilla window, spoken to through its direct function.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <windows.h>
+
+#include <Scintilla.h>
+
+namespace tavrel {
+
+/// Typed calls to one Scintilla control. A call that the control fails throws std::runtime_error.
+class ScintillaView {
+  public:
+    /// Makes the control as a child of `parent`. Throws std::runtime_error.
+    explicit ScintillaView(HWND parent);
+
+    HWND window() const { return window_; }
+    bool hasFocus() const { return GetFocus() == window_; }
+
+    sptr_t call(unsigned message, uptr_t first = 0, sptr_t second = 0) const;
+    sptr_t call(unsigned message, uptr_t first, const char* text) const;
+
+    std::string allText() const;
+    std::string range(sptr_t start, sptr_t end) const;
+    /// Inserts bytes (zeros too) at a position without moving the selection elsewhere.
+    void insert(sptr_t position, std::string_view bytes) const;
+
+  private:
+    HWND window_ = nullptr;
+    SciFnDirectStatus function_ = nullptr;
+    sptr_t pointer_ = 0;
+};
+
+/// Pascal colours and the font in one view. `face` must be installed.
+void applyPascalStyle(const ScintillaView& view, const std::string& face, int size, int characterSet);
+
+} // namespace tavrel

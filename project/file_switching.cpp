@@ -1,0 +1,64 @@
+#include "project/file_switching.h"
+
+#include "util/files.h"
+#include "util/paths.h"
+
+namespace tavrel {
+
+Answer askToSaveText(Workspace& workspace) {
+    return workspace.messages.show("This file has changed. Save it?", "Save changes", Icon::question,
+                                   Buttons::yesNoCancel);
+}
+
+void reselectCurrentFile(Workspace& workspace, const std::string& formerKey) {
+    const Project& project = workspace.project;
+    std::size_t node = workspace.tree.find(formerKey);
+    // The current file is a tree index after a switch and may then name another entry of the list, or none.
+    if (project.CurrentFile >= 1 && project.CurrentFile < project.Files.size())
+        node = static_cast<std::size_t>(project.Files[project.CurrentFile].Index);
+    if (node == 0 || node > workspace.tree.count())
+        return;
+    workspace.tree.select(node);
+    workspace.project.SelectedKey = workspace.tree.node(node).key;
+}
+
+void showNodeFile(Workspace& workspace, std::size_t node, const std::string& path) {
+    workspace.editor.setText("");
+    workspace.editor.insertFile(path, {0, 0});
+    workspace.project.CurrentFile = node; // deliberately the tree index, not an index into the file list
+    workspace.editor.setModified(false);
+    showCurrentView(workspace, workspace.tree.node(node).text);
+}
+
+void switchToNode(Workspace& workspace, std::size_t clicked) {
+    Project& project = workspace.project;
+    const std::size_t left = workspace.tree.find(project.SelectedKey);
+    if (left < workspace.CaretPositions.size())
+        workspace.CaretPositions[left] = workspace.editor.caret();
+    const TreeNode target = workspace.tree.node(clicked);
+    if (target.key == "r" || target.key == project.SelectedKey)
+        return;
+    const std::string formerKey = project.SelectedKey;
+    project.SelectedKey = target.key;
+    const std::size_t index = workspace.tree.find(target.key);
+    const std::string path = AddBackslash(project.Folder) + target.text;
+    if (!FileExists(path))
+        return;
+    if (workspace.editor.modified()) {
+        const Answer answer =
+            workspace.settings.AutoSave != storedFalse ? Answer::yes : askToSaveText(workspace);
+        if (answer == Answer::cancel) {
+            reselectCurrentFile(workspace, formerKey);
+            return;
+        }
+        if (answer == Answer::yes && left != 0)
+            workspace.editor.saveFile(AddBackslash(project.Folder) + workspace.tree.node(left).text, true);
+    }
+    showNodeFile(workspace, index, path);
+    workspace.editor.giveFocus();
+    if (index < workspace.CaretPositions.size() && workspace.CaretPositions[index].line >= 0 &&
+        workspace.CaretPositions[index].column >= 0)
+        workspace.editor.setCaret(workspace.CaretPositions[index]);
+}
+
+} // namespace tavrel

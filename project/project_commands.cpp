@@ -1,0 +1,102 @@
+#include "project/project_commands.h"
+
+#include "project/project_file.h"
+#include "project/project_loading.h"
+#include "settings/recent_list.h"
+#include "util/files.h"
+#include "util/paths.h"
+#include "util/text.h"
+
+namespace tavrel {
+
+namespace {
+
+std::string askForFile(Workspace& workspace, const std::string& filter) {
+    if (workspace.LastDir.empty())
+        workspace.LastDir = "C:\\";
+    OpenDialogRequest request;
+    request.filter = filter;
+    request.title = "Open File";
+    request.initialFolder = workspace.LastDir;
+    return workspace.dialogs.ShowOpenDialog(request);
+}
+
+/// Where the project is saved; "" when the user gives no name.
+std::string projectTarget(Workspace& workspace) {
+    const Project& project = workspace.project;
+    if (project.Name != unnamedProject)
+        return project.Folder + project.Name + ".tpj";
+    SaveDialogRequest request;
+    request.title = "Save Project";
+    request.filter = "Turbo Pascal Projects (*.tpj) | *.tpj";
+    request.initialFolder = project.Folder;
+    request.proposedPath = project.Folder + replaceIgnoringCase(workspace.tree.node(2).text, ".pas", "") + ".tpj";
+    return workspace.dialogs.showSaveDialog(request);
+}
+
+} // namespace
+
+void openProject(Workspace& workspace) {
+    const std::string path = askForFile(workspace, "Pascal File | *.tpj");
+    if (path.empty() || !openProjectFile(workspace, path))
+        return;
+    AddRecentFile(workspace, path);
+    workspace.LastDir = GetFilePath(path);
+}
+
+void openPascalFile(Workspace& workspace) {
+    const std::string path = askForFile(workspace, "Pascal File | *.pas");
+    if (path.empty())
+        return;
+    AddRecentFile(workspace, path);
+    workspace.project.Name = unnamedProject;
+    LoadProject(workspace, path);
+    workspace.LastDir = GetFilePath(path);
+}
+
+void saveProject(Workspace& workspace) {
+    if (workspace.tree.count() < 2)
+        return;
+    const std::string target = projectTarget(workspace);
+    if (target.empty())
+        return;
+    const Project& project = workspace.project;
+    writeProjectFile(target,
+                     {project.Name, project.StartAddress, project.EndAddress, workspace.tree.node(2).text});
+    workspace.LastDir = GetFilePath(target);
+    AddRecentFile(workspace, target);
+}
+
+void saveCurrentFile(Workspace& workspace) {
+    if (workspace.tree.count() < 2)
+        return;
+    if (workspace.tree.selectedText() != workspace.tree.node(1).text)
+        workspace.editor.saveFile(workspace.project.Folder + workspace.tree.selectedText(), false);
+    else
+        saveProject(workspace);
+}
+
+void openRecentEntry(Workspace& workspace, std::size_t index) {
+    const std::string path = workspace.settings.Recent.at(index);
+    if (!FileExists(path)) {
+        workspace.messages.show("Tavrel cannot find this file!", "Error", Icon::critical, Buttons::ok);
+        removeFromRecentList(workspace.settings, index);
+        workspace.display.showRecentFiles();
+        SaveSettings(workspace);
+        return;
+    }
+    const std::string ending = lowerCase(lastCharacters(path, 3));
+    if (ending == "tpj") {
+        openProjectFile(workspace, path);
+    } else if (ending == "pas") {
+        workspace.project.Name = unnamedProject;
+        LoadProject(workspace, path);
+    }
+}
+
+void saveModifiedText(Workspace& workspace) {
+    if (workspace.editor.modified() && workspace.tree.count() > 0)
+        workspace.editor.saveFile(workspace.project.Folder + workspace.tree.selectedText(), false);
+}
+
+} // namespace tavrel

@@ -1,0 +1,20 @@
+// The File menu's commands that open and save.
+#pragma once
+
+#include "project/workspace.h"
+
+#include <cstddef>
+
+namespace tavrel {
+
+void openProject(Workspace& workspace);
+void openPascalFile(Workspace& workspace);
+void saveProject(Workspace& workspace);
+/// Saves the file in the editor; with the root node selected, the project instead.
+void saveCurrentFile(Workspace& workspace);
+/// Opens the entry `index` (0 to 4) of the recent list.
+void openRecentEntry(Workspace& workspace, std::size_t index);
+/// What every compile command does first: modified text is saved, without asking, under the selected node's text.
+void saveModifiedText(Workspace& workspace);
+
+} // namespace tavrel

@@ -1,0 +1,159 @@
+#include "project/project_loading.h"
+
+#include "project/include_directive.h"
+#include "project/project_file.h"
+#include "util/files.h"
+#include "util/paths.h"
+#include "util/runtime_error.h"
+#include "util/text.h"
+#include "util/text_input.h"
+
+#include <optional>
+
+namespace tavrel {
+
+namespace {
+
+/// The file to load in place of a missing one; nothing when the user gave up.
+std::optional<std::string> locateMainFile(Workspace& workspace, const std::string& path) {
+    const std::string name = GetFileName(path);
+    if (FileExists(workspace.project.Folder + name))
+        return name;
+    OpenDialogRequest request;
+    request.filter = name;
+    request.title = "Show where the file " + name + " is";
+    request.initialFolder = GetFilePath(path);
+    const std::string chosen = workspace.dialogs.ShowOpenDialog(request);
+    if (!chosen.empty())
+        return chosen;
+    workspace.messages.show("Could not find the file " + name, "Fatal Error", Icon::critical, Buttons::ok);
+    return std::nullopt;
+}
+
+void addRootAndMainFile(Workspace& workspace, const std::string& fileName) {
+    Project& project = workspace.project;
+    ProjectTree& tree = workspace.tree;
+    tree.clear();
+    const std::size_t root = tree.add(0, "r", project.Name, TreeImage::collapsed);
+    project.SelectedKey = "r";
+    tree.select(root);
+    const std::size_t main = tree.add(root, fileName + "0", upperCase(fileName), TreeImage::collapsed);
+    project.SelectedKey = tree.node(main).key;
+    project.Files.assign(2, ProjectFileEntry());
+    project.Files[1] = {fileName, tree.node(main).key, static_cast<std::int32_t>(main), {}};
+    tree.select(main);
+}
+
+/// Includes named in the main file, as it stands in the editor. `counter` makes keys unique.
+void addDirectIncludes(Workspace& workspace, std::size_t& counter) {
+    Project& project = workspace.project;
+    const long lines = workspace.editor.lineCount();
+    for (long line = 0; line < lines; ++line) {
+        const std::optional<std::string> name = includeName(workspace.editor.lineText(line));
+        if (!name || !FileExists(project.Folder + *name))
+            continue;
+        const std::string key = *name + std::to_string(counter);
+        const std::size_t node = workspace.tree.add(2, key, GetFileName(*name), TreeImage::includeFile);
+        project.Files.push_back({*name, key, static_cast<std::int32_t>(node), {}});
+        ++counter;
+    }
+}
+
+void addIncludesOfNode(Workspace& workspace, std::size_t node, std::size_t& counter) {
+    TextInput file = TextInput::open(workspace.project.Folder + workspace.tree.node(node).text);
+    while (!file.atEnd()) {
+        const std::optional<std::string> name = includeName(file.line());
+        if (!name || !FileExists(workspace.project.Folder + *name))
+            continue;
+        ++counter;
+        workspace.tree.setImage(node, TreeImage::expanded);
+        workspace.tree.add(node, *name + std::to_string(counter), GetFileName(*name), TreeImage::includeFile);
+    }
+}
+
+/// Includes named in include files: one further level only, since the nodes added here are not scanned.
+void addNestedIncludes(Workspace& workspace, std::size_t& counter) {
+    const std::size_t count = workspace.tree.count();
+    for (std::size_t node = 3; node <= count; ++node) {
+        try {
+            addIncludesOfNode(workspace, node, counter);
+        } catch (const RuntimeError& error) {
+            workspace.messages.show("The include file " + workspace.tree.node(node).text + " cannot be read: " +
+                                        std::string(error.text()),
+                                    "Tavrel", Icon::critical, Buttons::ok);
+        }
+    }
+}
+
+void rebuildRoutineIndex(Workspace& workspace) {
+    const std::size_t count = workspace.tree.count();
+    workspace.CaretPositions.assign(count + 1, EditorPosition());
+    if (count >= 2 && workspace.settings.UseTooltips != storedFalse) {
+        workspace.FileRoutineLists.assign(count, FileRoutineList());
+        for (std::size_t node = 2; node <= count; ++node)
+            GetFileFunctions(workspace.FileRoutineLists, node - 2,
+                             AddBackslash(workspace.project.Folder) + workspace.tree.node(node).text);
+    }
+    RefreshTooltips(workspace);
+}
+
+} // namespace
+
+void LoadProject(Workspace& workspace, const std::string& path) {
+    workspace.editor.setText("");
+    workspace.LastDir = AddBackslash(GetFilePath(path));
+    workspace.project.Folder = workspace.LastDir;
+    std::string mainFile = path;
+    if (!FileExists(path)) {
+        const std::optional<std::string> located = locateMainFile(workspace, path);
+        if (!located)
+            return;
+        mainFile = *located; // the folder stays: includes are looked for where the project was said to be
+    }
+    workspace.editor.insertFile(mainFile, {0, 0});
+    addRootAndMainFile(workspace, GetFileName(mainFile));
+    std::size_t counter = 1;
+    addDirectIncludes(workspace, counter);
+    if (workspace.tree.count() >= 3)
+        addNestedIncludes(workspace, counter);
+    workspace.project.CurrentFile = 1;
+    workspace.editor.setModified(false);
+    workspace.tree.select(2);
+    showCurrentView(workspace, workspace.tree.node(2).text);
+    workspace.display.enableProjectCommands();
+    rebuildRoutineIndex(workspace);
+}
+
+void RefreshProject(Workspace& workspace) {
+    const Project& project = workspace.project;
+    if (workspace.tree.count() < 2)
+        return;
+    if (workspace.editor.modified() && !project.Files.empty()) {
+        if (project.CurrentFile >= project.Files.size())
+            throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
+        // A bare file name: it is taken from the process's current folder.
+        workspace.editor.saveFile(project.Files[project.CurrentFile].FileName, false);
+    }
+    LoadProject(workspace, project.Folder + workspace.tree.node(2).text);
+}
+
+bool openProjectFile(Workspace& workspace, const std::string& path) {
+    ProjectFileContent content;
+    try {
+        content = readProjectFile(path);
+    } catch (const RuntimeError& error) {
+        const bool tooShort = error.number() == RuntimeErrorNumber::inputPastEndOfFile;
+        workspace.messages.show("The project file " + path +
+                                    (tooShort ? " has fewer than four lines." : " cannot be read.") + "\r\n" +
+                                    std::string(error.text()),
+                                "Tavrel", Icon::critical, Buttons::ok);
+        return false;
+    }
+    workspace.project.Name = content.name;
+    workspace.project.StartAddress = content.startAddress;
+    workspace.project.EndAddress = content.endAddress;
+    LoadProject(workspace, AddBackslash(GetFilePath(path)) + GetFileName(content.mainFile));
+    return true;
+}
+
+} // namespace tavrel

@@ -1,0 +1,106 @@
+#include "project/tree_view.h"
+
+#include <bit>
+#include <stdexcept>
+
+namespace tavrel {
+
+namespace {
+
+/// Pictures count from 1 in the tree and from 0 in an image list.
+int imageIndex(TreeImage image) {
+    return static_cast<int>(image) - 1;
+}
+
+} // namespace
+
+TreeView::TreeView(HWND parent, int controlIdentifier) {
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
+                            TVS_SHOWSELALWAYS;
+    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, WC_TREEVIEWA, "", style, 0, 0, 0, 0, parent,
+                              std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)), GetModuleHandleA(nullptr),
+                              nullptr);
+    if (window_ == nullptr)
+        throw std::runtime_error("The project tree cannot be made.");
+    ImageList1_ = makeTreeImages();
+    SendMessageA(window_, TVM_SETIMAGELIST, TVSIL_NORMAL, std::bit_cast<LPARAM>(ImageList1_));
+}
+
+TreeView::~TreeView() {
+    if (tree_ != nullptr)
+        tree_->setListener(nullptr);
+    ImageList_Destroy(ImageList1_);
+}
+
+void TreeView::attach(ProjectTree& tree) {
+    tree_ = &tree;
+    tree.setListener(this);
+}
+
+void TreeView::nodesCleared() {
+    items_.clear();
+    SendMessageA(window_, TVM_DELETEITEM, 0, std::bit_cast<LPARAM>(TVI_ROOT));
+}
+
+void TreeView::nodeAdded(std::size_t index) {
+    const TreeNode& node = tree_->node(index);
+    std::string text = node.text;
+    TVINSERTSTRUCTA insertion = {};
+    insertion.hParent = node.parent == 0 ? TVI_ROOT : item(node.parent);
+    insertion.hInsertAfter = TVI_LAST;
+    insertion.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
+    insertion.item.pszText = text.data();
+    insertion.item.iImage = imageIndex(node.image);
+    insertion.item.iSelectedImage = insertion.item.iImage;
+    insertion.item.lParam = static_cast<LPARAM>(index);
+    items_.push_back(
+        std::bit_cast<HTREEITEM>(SendMessageA(window_, TVM_INSERTITEMA, 0, std::bit_cast<LPARAM>(&insertion))));
+}
+
+void TreeView::nodeImageChanged(std::size_t index) {
+    TVITEMA change = {};
+    change.mask = TVIF_IMAGE | TVIF_SELECTEDIMAGE;
+    change.hItem = item(index);
+    change.iImage = imageIndex(tree_->node(index).image);
+    change.iSelectedImage = change.iImage;
+    SendMessageA(window_, TVM_SETITEMA, 0, std::bit_cast<LPARAM>(&change));
+}
+
+void TreeView::nodeTextChanged(std::size_t index) {
+    std::string text = tree_->node(index).text;
+    TVITEMA change = {};
+    change.mask = TVIF_TEXT;
+    change.hItem = item(index);
+    change.pszText = text.data();
+    SendMessageA(window_, TVM_SETITEMA, 0, std::bit_cast<LPARAM>(&change));
+}
+
+void TreeView::nodeSelected(std::size_t index) {
+    SendMessageA(window_, TVM_SELECTITEM, TVGN_CARET, std::bit_cast<LPARAM>(item(index)));
+}
+
+bool TreeView::handleNotification(const NMHDR& notification) {
+    if (notification.hwndFrom != window_ || tree_ == nullptr)
+        return false;
+    if (notification.code != TVN_SELCHANGEDA && notification.code != TVN_ITEMEXPANDEDA &&
+        notification.code != TVN_SELCHANGEDW && notification.code != TVN_ITEMEXPANDEDW)
+        return false;
+    const auto& details = *std::bit_cast<const NMTREEVIEWA*>(&notification);
+    const auto node = static_cast<std::size_t>(details.itemNew.lParam);
+    if (node < 1 || node > tree_->count())
+        return false;
+    if (notification.code == TVN_ITEMEXPANDEDA || notification.code == TVN_ITEMEXPANDEDW) {
+        if (details.action == TVE_EXPAND)
+            tree_->expand(node);
+        else if (details.action == TVE_COLLAPSE)
+            tree_->collapse(node);
+        return false;
+    }
+    if (details.action != TVC_BYMOUSE && details.action != TVC_BYKEYBOARD)
+        return false;
+    tree_->selectedByUser(node);
+    clickedNode_ = node;
+    return true;
+}
+
+} // namespace tavrel

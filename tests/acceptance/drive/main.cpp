@@ -1,0 +1,303 @@
+// drive.exe: uses a running Tavrel as its user would, from the command line. Exit codes: 0 done, 1 the program said no,
+// 2 it did not come to the awaited state in time, 3 wrong use.
+#include "app/command_table.h"
+#include "app/resource.h"
+#include "tests/acceptance/drive/remote.h"
+
+#include <bit>
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <Scintilla.h>
+
+namespace tavrel::drive {
+namespace {
+
+struct TimedOut : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct Options {
+    std::vector<std::string> words; ///< verb and its arguments
+    DWORD timeout = 60'000;         ///< milliseconds
+    bool key = false;               ///< press the shortcut instead of choosing from the menu
+};
+
+/// Asks again and again until the condition holds or the time is over.
+void waitUntil(const Options& options, const char* what, const std::function<bool()>& condition) {
+    const ULONGLONG end = GetTickCount64() + options.timeout;
+    while (!condition()) {
+        if (GetTickCount64() > end)
+            throw TimedOut(std::string("timed out waiting for ") + what);
+        Sleep(20);
+    }
+}
+
+HWND mainWindow(const Options& options) {
+    HWND window = nullptr;
+    waitUntil(options, "the main window", [&] {
+        window = FindWindowA("TavrelForm1", "Tavrel");
+        return window != nullptr && IsWindowVisible(window) != 0;
+    });
+    return window;
+}
+
+HWND progressWindow() {
+    return FindWindowA("#32770", "Compilation");
+}
+
+HWND editorPane(HWND form) {
+    return FindWindowExA(GetDlgItem(form, Form1_Code1), nullptr, "Scintilla", nullptr);
+}
+
+/// The message box or file dialog that is up, if any.
+HWND dialogBox() {
+    HWND window = nullptr;
+    while ((window = FindWindowExA(nullptr, window, "#32770", nullptr)) != nullptr) {
+        if (IsWindowVisible(window) != 0 && window != progressWindow())
+            return window;
+    }
+    return nullptr;
+}
+
+std::optional<UINT> menuState(HMENU menu, UINT identifier) {
+    const int count = GetMenuItemCount(menu);
+    for (int i = 0; i < count; ++i) {
+        MENUITEMINFOA item = {};
+        item.cbSize = sizeof item;
+        item.fMask = MIIM_ID | MIIM_SUBMENU | MIIM_STATE;
+        GetMenuItemInfoA(menu, static_cast<UINT>(i), TRUE, &item);
+        if (item.wID == identifier)
+            return item.fState;
+        if (item.hSubMenu != nullptr) {
+            if (const auto state = menuState(item.hSubMenu, identifier))
+                return state;
+        }
+    }
+    return std::nullopt;
+}
+
+const CommandRow& commandNamed(const std::string& name) {
+    const CommandRow* const row = findCommand(name.c_str());
+    if (row == nullptr)
+        throw std::invalid_argument("no command is named " + name);
+    return *row;
+}
+
+void pressKey(HWND form, const Shortcut& shortcut) {
+    SetForegroundWindow(form);
+    std::vector<INPUT> inputs;
+    const auto add = [&](WORD key, DWORD flags) {
+        INPUT input = {};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key;
+        input.ki.dwFlags = flags;
+        inputs.push_back(input);
+    };
+    if (shortcut.control)
+        add(VK_CONTROL, 0);
+    add(shortcut.key, 0);
+    add(shortcut.key, KEYEVENTF_KEYUP);
+    if (shortcut.control)
+        add(VK_CONTROL, KEYEVENTF_KEYUP);
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+int chooseCommand(const Options& options, const CommandRow& row) {
+    HWND const form = mainWindow(options);
+    // Where another process's menus cannot be read (Wine), it is left to the program to refuse.
+    const auto state = menuState(GetMenu(form), row.identifier);
+    if (state && (*state & MFS_DISABLED) != 0) {
+        std::printf("%s is disabled\n", row.name);
+        return 1;
+    }
+    if (options.key)
+        pressKey(form, row.shortcut);
+    else
+        PostMessageA(form, WM_COMMAND, row.identifier, 0);
+    return 0;
+}
+
+bool isOutcome(const std::string& text) {
+    return text.find("Sucessfully compiled") != std::string::npos || text.find("Error : ") != std::string::npos ||
+           text.find("cannot have more than 720kb") != std::string::npos;
+}
+
+int compileAndReport(const Options& options) {
+    mainWindow(options);
+    if (HWND const old = progressWindow()) {
+        SendMessageA(old, WM_CLOSE, 0, 0);
+        waitUntil(options, "the old progress window to close", [] { return progressWindow() == nullptr; });
+    }
+    if (const int refused = chooseCommand(options, commandNamed("mnuCompile")))
+        return refused;
+    std::string text;
+    waitUntil(options, "the outcome of the compilation", [&] {
+        if (HWND const box = dialogBox()) {
+            HWND const words = FindWindowExA(box, nullptr, "Static", nullptr);
+            text = windowText(box) + ": " + windowText(words != nullptr ? words : box);
+            return true;
+        }
+        HWND const window = progressWindow();
+        text = window == nullptr ? "" : windowText(GetDlgItem(window, Form2_Text1));
+        return isOutcome(text);
+    });
+    // The size lines follow the outcome at once; an unchanged text a moment later is the whole one.
+    std::string before;
+    waitUntil(options, "the text to stand still", [&] {
+        HWND const window = progressWindow();
+        if (window == nullptr || dialogBox() != nullptr || text == before)
+            return true;
+        before = text;
+        Sleep(200);
+        text = windowText(GetDlgItem(window, Form2_Text1));
+        return false;
+    });
+    std::printf("%s\n", text.c_str());
+    return text.find("No errors") != std::string::npos ? 0 : 1;
+}
+
+int printTree(const Options& options) {
+    for (const TreeEntry& entry : treeEntries(GetDlgItem(mainWindow(options), Form1_TV)))
+        std::printf("%*s%s%s [%d]\n", entry.depth * 2, "", entry.selected ? "*" : "", entry.text.c_str(), entry.image);
+    return 0;
+}
+
+int clickNode(const Options& options, const std::string& text) {
+    HWND const form = mainWindow(options);
+    HWND const tree = GetDlgItem(form, Form1_TV);
+    for (const TreeEntry& entry : treeEntries(tree)) {
+        if (entry.text != text)
+            continue;
+        SendMessageA(tree, TVM_ENSUREVISIBLE, 0, std::bit_cast<LPARAM>(entry.item));
+        const RemoteMemory memory(tree, sizeof(RECT));
+        memory.write(&entry.item, sizeof entry.item);
+        SendMessageA(tree, TVM_GETITEMRECT, TRUE, memory.address());
+        RECT place = {};
+        memory.read(&place, sizeof place);
+        const LPARAM point = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+        PostMessageA(tree, WM_LBUTTONDOWN, MK_LBUTTON, point);
+        PostMessageA(tree, WM_LBUTTONUP, 0, point);
+        return 0;
+    }
+    std::printf("no node is called %s\n", text.c_str());
+    return 1;
+}
+
+int printStatus(const Options& options) {
+    HWND const bar = GetDlgItem(mainWindow(options), Form1_StatusBar1);
+    for (int part = 0; part < 3; ++part)
+        std::printf("%s\n", statusText(bar, part).c_str());
+    return 0;
+}
+
+/// Line and column of the caret from 1, and the highlighted line from 1 or "none".
+int printCaret(const Options& options) {
+    HWND const pane = editorPane(mainWindow(options));
+    const LRESULT position = SendMessageA(pane, SCI_GETCURRENTPOS, 0, 0);
+    const LRESULT line = SendMessageA(pane, SCI_LINEFROMPOSITION, static_cast<WPARAM>(position), 0);
+    const LRESULT start = SendMessageA(pane, SCI_POSITIONFROMLINE, static_cast<WPARAM>(line), 0);
+    const LRESULT marked = SendMessageA(pane, SCI_MARKERNEXT, 0, 1);
+    std::printf("line %ld column %ld highlighted %s\n", static_cast<long>(line + 1), static_cast<long>(position - start + 1),
+                marked < 0 ? "none" : std::to_string(marked + 1).c_str());
+    return 0;
+}
+
+int answerBox(const Options& options, const std::string& button) {
+    HWND box = nullptr;
+    waitUntil(options, "a message box", [&] { return (box = dialogBox()) != nullptr; });
+    static const std::vector<std::pair<const char*, WPARAM>> buttons = {
+        {"OK", IDOK}, {"Yes", IDYES}, {"No", IDNO}, {"Cancel", IDCANCEL}};
+    for (const auto& [name, identifier] : buttons) {
+        if (button != name)
+            continue;
+        HWND const words = GetDlgItem(box, 0xFFFF);
+        std::printf("%s: %s\n", windowText(box).c_str(), words == nullptr ? "" : windowText(words).c_str());
+        PostMessageA(box, WM_COMMAND, identifier, 0);
+        waitUntil(options, "the box to close", [&] { return IsWindow(box) == 0; });
+        return 0;
+    }
+    throw std::invalid_argument("no button is called " + button);
+}
+
+int typeText(const Options& options, const std::string& text) {
+    HWND const pane = editorPane(mainWindow(options));
+    for (const char c : text)
+        SendMessageA(pane, WM_CHAR, static_cast<unsigned char>(c), 0);
+    return 0;
+}
+
+int closeProgram(const Options& options) {
+    HWND const form = mainWindow(options);
+    PostMessageA(form, WM_CLOSE, 0, 0);
+    waitUntil(options, "the program to end", [&] { return IsWindow(form) == 0; });
+    return 0;
+}
+
+int perform(const Options& options) {
+    if (options.words.empty())
+        throw std::invalid_argument("which verb?");
+    const std::string& verb = options.words[0];
+    const auto argument = [&]() -> const std::string& {
+        if (options.words.size() < 2)
+            throw std::invalid_argument(verb + " needs an argument");
+        return options.words[1];
+    };
+    if (verb == "compile-and-report")
+        return compileAndReport(options);
+    if (verb == "tree")
+        return printTree(options);
+    if (verb == "status")
+        return printStatus(options);
+    if (verb == "caret")
+        return printCaret(options);
+    if (verb == "text")
+        return std::printf("%s", windowText(editorPane(mainWindow(options))).c_str()) < 0 ? 1 : 0;
+    if (verb == "type")
+        return typeText(options, argument());
+    if (verb == "menu")
+        return chooseCommand(options, commandNamed(argument()));
+    if (verb == "click-node")
+        return clickNode(options, argument());
+    if (verb == "answer")
+        return answerBox(options, argument());
+    if (verb == "close")
+        return closeProgram(options);
+    throw std::invalid_argument("unknown verb " + verb);
+}
+
+Options readOptions(int count, char** arguments) {
+    Options options;
+    for (int i = 1; i < count; ++i) {
+        const std::string word = arguments[i];
+        if (word == "--key")
+            options.key = true;
+        else if (word == "--timeout" && i + 1 < count)
+            options.timeout = static_cast<DWORD>(std::stod(arguments[++i]) * 1000);
+        else
+            options.words.push_back(word);
+    }
+    return options;
+}
+
+} // namespace
+} // namespace tavrel::drive
+
+int main(int count, char** arguments) {
+    try {
+        return tavrel::drive::perform(tavrel::drive::readOptions(count, arguments));
+    } catch (const tavrel::drive::TimedOut& error) {
+        std::fprintf(stderr, "drive: %s\n", error.what());
+        return 2;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr,
+                     "drive: %s\nusage: drive compile-and-report|tree|status|caret|text|type TEXT|menu NAME|"
+                     "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
+                     error.what());
+        return 3;
+    }
+}

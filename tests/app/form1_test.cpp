@@ -1,0 +1,222 @@
+// The main window, made in this process and used by real messages.
+#include "app/command_table.h"
+#include "app/form1.h"
+#include "tests/support/fakes.h"
+#include "util/window_placing.h"
+
+#include <bit>
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+namespace tavrel {
+namespace {
+
+struct MainWindow : testing::Test {
+    test::TemporaryFolder program;
+    test::TemporaryFolder folder;
+    test::FakeMessageBoxes messages;
+    test::FakeFileDialogs dialogs;
+    test::FakeRegistry registry;
+    test::FakeProcessRunner processes;
+    std::unique_ptr<Form1> form;
+
+    MainWindow() {
+        program.makeFolder("help");
+        program.makeFolder("compiler");
+        program.write("help\\autocomplete.txt", "Abs(X)\r\nWriteLn(...)\r\n");
+        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM"})
+            program.write(std::string("compiler\\") + name, name);
+        folder.write("A.INC", "one\r\ntwo\r\n");
+        folder.write("M.PAS", "program M;\r\n{$I A.INC}\r\nbegin end.\r\n");
+        folder.write("M.TPJ", "Demo\r\n2E9B\r\nD200\r\nM.PAS\r\n");
+    }
+    void start(const std::string& argument = {}) {
+        form = std::make_unique<Form1>(Form1Seams{messages, dialogs, registry, processes}, program.path());
+        form->load(argument);
+        pump();
+    }
+    void startWithProject() { start(folder.path() + "M.TPJ"); }
+    void pump() {
+        try {
+            pumpPendingMessages();
+        } catch (const ProgramEnds&) {
+            MSG message; // take WM_QUIT away, the next test has a program of its own
+            PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        }
+    }
+    void choose(UINT command) {
+        SendMessageA(form->window(), WM_COMMAND, command, 0);
+        pump();
+    }
+    void tick() { SendMessageA(form->window(), WM_TIMER, Form1_Timer1, 0); }
+    std::string panel(int number) {
+        std::string text(256, '\0');
+        SendDlgItemMessageA(form->window(), Form1_StatusBar1, SB_GETTEXTA, static_cast<WPARAM>(number - 1),
+                            std::bit_cast<LPARAM>(text.data()));
+        return text.c_str();
+    }
+    RECT place(int control) {
+        RECT rectangle = {};
+        GetWindowRect(GetDlgItem(form->window(), control), &rectangle);
+        MapWindowPoints(nullptr, form->window(), std::bit_cast<POINT*>(&rectangle), 2);
+        return rectangle;
+    }
+    bool menuHas(UINT command) {
+        return GetMenuState(GetMenu(form->window()), command, MF_BYCOMMAND) != static_cast<UINT>(-1);
+    }
+};
+
+TEST_F(MainWindow, OpensWithTheProjectCommandsDisabled) {
+    start();
+    for (const UINT command : {mnuSave, mnuPrint, mnuCompile, mnuCompileRun, mnuProp, mnuRefresh, mnuNewInc,
+                               mnuOpenIncfile, mnuCompileCHN})
+        EXPECT_FALSE(form->commandEnabled(command)) << command;
+    EXPECT_EQ(panel(2), "Current View: no file");
+    tick();
+    EXPECT_EQ(panel(1), "Line: 1 Col: 1");
+    EXPECT_FALSE(menuHas(mnurecent_0));
+    EXPECT_FALSE(menuHas(mnseparator1));
+    EXPECT_EQ(form->AutocompleteList().size(), 2U);
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(MainWindow, EveryRowOfTheCommandTableIsInTheMenuOnce) {
+    HMENU const bar = makeMenuBar();
+    for (const CommandRow& row : commandTable()) {
+        if (row.kind == RowKind::menu)
+            continue;
+        std::string caption(64, '\0');
+        caption.resize(static_cast<std::size_t>(
+            GetMenuStringA(bar, row.identifier, caption.data(), static_cast<int>(caption.size()), MF_BYCOMMAND)));
+        if (row.kind == RowKind::command) {
+            EXPECT_EQ(caption.substr(0, caption.find('\t')), row.caption) << row.name;
+        }
+    }
+    DestroyMenu(bar);
+}
+
+TEST_F(MainWindow, AMissingWordListStopsStartUp) {
+    deleteFile(program.path() + "help\\autocomplete.txt");
+    EXPECT_THROW(start(), RuntimeError);
+}
+
+TEST_F(MainWindow, AProjectArgumentFillsEditorAndTree) {
+    startWithProject();
+    EXPECT_EQ(form->Code1().text(), "program M;\r\n{$I A.INC}\r\nbegin end.\r\n");
+    EXPECT_EQ(TreeView_GetCount(form->TV().window()), 3U);
+    EXPECT_EQ(panel(2), "Current View: M.PAS");
+    EXPECT_TRUE(form->commandEnabled(mnuCompile));
+    EXPECT_TRUE(form->commandEnabled(mnuSave));
+    EXPECT_FALSE(form->commandEnabled(mnuCompileRun)) << "a command without a handler stays off";
+    EXPECT_TRUE(menuHas(mnurecent_0));
+    EXPECT_TRUE(menuHas(mnseparator1));
+}
+
+TEST_F(MainWindow, AShortProjectFileIsReported) {
+    folder.write("M.TPJ", "Demo\r\n");
+    startWithProject();
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_FALSE(form->commandEnabled(mnuCompile));
+}
+
+TEST_F(MainWindow, AnyBytesAreSavedAsTheyWereLoaded) {
+    std::string bytes = "a\r\nb\nc\rd\0e\x1A\r\r\n"
+                        "\x80\xFF";
+    for (int i = 0; i < 256; ++i)
+        bytes += static_cast<char>(i);
+    folder.write("M.PAS", bytes);
+    startWithProject();
+    choose(mnuSaveFile);
+    EXPECT_EQ(folder.read("M.PAS"), bytes);
+}
+
+TEST_F(MainWindow, HidingTheTreeMovesTheEditor) {
+    start();
+    const ScreenScale scale = screenScale();
+    EXPECT_EQ(place(Form1_Code1).left, scale.toPixelsX(2400));
+    choose(mnuShowProjectTree);
+    RECT client = {};
+    GetClientRect(form->window(), &client);
+    EXPECT_EQ(place(Form1_Code1).left, 0);
+    EXPECT_EQ(place(Form1_Code1).right, scale.toPixelsX(scale.toTwipsX(client.right) - 10));
+    EXPECT_EQ(IsWindowVisible(form->TV().window()), FALSE);
+    choose(mnuShowProjectTree);
+    EXPECT_EQ(place(Form1_Code1).left, scale.toPixelsX(2400));
+}
+
+TEST_F(MainWindow, ResizingRecentresTheSplit) {
+    start();
+    choose(mnuSplit);
+    EXPECT_TRUE(form->SplitActive());
+    EXPECT_EQ(form->Code1().paneCount(), 2);
+    form->Code1().setSplitterPosition(30);
+    SetWindowPos(form->window(), nullptr, 0, 0, 800, 500, SWP_NOMOVE | SWP_NOZORDER);
+    const RECT editor = place(Form1_Code1);
+    EXPECT_NEAR(form->Code1().splitterPosition(), (editor.bottom - editor.top) / 2.0, 1);
+    form->Code1().insertText("shared", {0, 0});
+    choose(mnuSplit);
+    EXPECT_EQ(form->Code1().paneCount(), 1);
+    EXPECT_EQ(form->Code1().text(), "shared");
+}
+
+TEST_F(MainWindow, UndoNeedsAModifiedText) {
+    start();
+    form->Code1().insertText("x", {0, 0});
+    tick();
+    EXPECT_TRUE(form->commandEnabled(mnuUndo));
+    form->Code1().setModified(false);
+    choose(mnuUndo);
+    EXPECT_EQ(form->Code1().text(), "x");
+    form->Code1().insertText("y", {0, 0});
+    choose(mnuUndo);
+    EXPECT_EQ(form->Code1().text().find('y'), std::string::npos);
+    choose(mnuClear);
+    choose(mnuClear);
+    EXPECT_EQ(form->Code1().text(), "");
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(MainWindow, CompilingPutsTheCaretOnTheFailingLine) {
+    startWithProject();
+    processes.work = [this] { folder.write("errors.txt", "\"A.INC\",2,1,1,\"x\"\r\n"); };
+    choose(mnuCompile);
+    EXPECT_EQ(form->Code1().caret(), (EditorPosition{1, 0}));
+    EXPECT_EQ(form->Code1().highlightedLine(), 1);
+    EXPECT_EQ(panel(2), "Current View: A.INC");
+    EXPECT_EQ(form->progressWindow().text(), "file  : A.INC: line 2, column 1\r\nError : 1 - x\r\n");
+    EXPECT_TRUE(form->progressWindow().imageVisible(3));
+}
+
+TEST_F(MainWindow, EscClosesTheProgressWindowAndLaterWritesOpenItAgain) {
+    startWithProject();
+    processes.work = [this] {
+        HWND const box = GetDlgItem(form->progressWindow().window(), Form2_Text1);
+        PostMessageA(box, WM_KEYDOWN, VK_ESCAPE, 0);
+        pump();
+        EXPECT_EQ(form->progressWindow().window(), nullptr);
+    };
+    choose(mnuCompile);
+    EXPECT_EQ(form->progressWindow().text(), "Compiling Demo...\r\nNo errors - Sucessfully compiled");
+    EXPECT_FALSE(form->progressWindow().timer1Enabled());
+}
+
+TEST_F(MainWindow, ASecondBuildReusesTheOpenProgressWindow) {
+    startWithProject();
+    choose(mnuCompile);
+    choose(mnuCompile);
+    EXPECT_EQ(form->progressWindow().text(),
+              "Compiling Demo...\r\nNo errors - Sucessfully compiled\r\nNo errors - Sucessfully compiled");
+}
+
+TEST_F(MainWindow, AMissingKitFileIsShownInABox) {
+    startWithProject();
+    deleteFile(program.path() + "compiler\\TP3.EXE");
+    choose(mnuCompile);
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].title, "Tavrel");
+    EXPECT_EQ(messages.shown[0].text, "File not found\r\n" + program.path() + "compiler\\TP3.EXE");
+    EXPECT_EQ(form->progressWindow().window(), nullptr);
+}
+
+} // namespace
+} // namespace tavrel

@@ -1,0 +1,195 @@
+#include "build/compilation.h"
+#include "project/project_loading.h"
+#include "tests/support/fakes.h"
+#include "util/runtime_error.h"
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace tavrel {
+namespace {
+
+class FakeProgress : public ProgressWindow {
+  public:
+    bool shown = false;
+    bool closed = false;
+    std::string words;
+    std::array<bool, imageCount> images{};
+    bool timer1 = false;
+    bool timer2 = false;
+
+    void open() {
+        if (shown)
+            return;
+        shown = true;
+        words = "Compiling Hello...";
+        images = {true, false, false, false, false};
+        timer1 = true;
+    }
+    void show() override { open(); }
+    void close() override { closed = true; }
+    std::string text() override {
+        open();
+        return words;
+    }
+    void setText(const std::string& text) override {
+        open();
+        words = text;
+    }
+    void setImageVisible(int image, bool visible) override {
+        open();
+        images.at(static_cast<std::size_t>(image)) = visible;
+    }
+    void enableTimer1(bool enabled) override { timer1 = enabled; }
+    void enableTimer2(bool enabled) override { timer2 = enabled; }
+};
+
+struct Build : testing::Test {
+    test::TestWorkspace test;
+    FakeProgress progress;
+    BuildTools tools{progress, test.processes};
+
+    Build() {
+        test.program.makeFolder("compiler");
+        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM"})
+            test.program.write(std::string("compiler\\") + name, name);
+        test.folder.write("A.INC", "one\r\ntwo\r\nthree\r\n");
+        test.workspace.project.Name = "Hello";
+        LoadProject(test.workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n"));
+    }
+    bool kitIsGone() const {
+        return !test.folder.has("TP3.EXE") && !test.folder.has("DOS2CASH.COM") && !test.folder.has("RUNTIME.COM") &&
+               !test.folder.has("turbopc.bat");
+    }
+    bool build(Output output = Output::com) { return DoCompilation(test.workspace, tools, output); }
+};
+
+TEST_F(Build, SuccessShowsTheSizeLines) {
+    test.processes.work = [this] {
+        EXPECT_EQ(test.folder.read("TP3.EXE"), "TP3.EXE");
+        EXPECT_EQ(test.folder.read("turbopc.bat"), compileScript(Output::com, "M", 0x2E9B, defaultEndAddress));
+        EXPECT_TRUE(test.display.waitPointer);
+        test.folder.write("result.txt", "Hi\r\nCode: 1\r\nData: 2\r\nFree: 3\r\n");
+        test.folder.write("stdout.txt", "");
+    };
+    EXPECT_TRUE(build());
+    EXPECT_EQ(progress.words,
+              "Compiling Hello...\r\nNo errors - Sucessfully compiled\r\n\r\nCode: 1\r\nData: 2\r\nFree: 3");
+    EXPECT_EQ(progress.images, (std::array<bool, 5>{false, false, false, false, true}));
+    EXPECT_FALSE(progress.timer1);
+    EXPECT_TRUE(kitIsGone());
+    EXPECT_FALSE(test.folder.has("result.txt"));
+    EXPECT_FALSE(test.folder.has("stdout.txt"));
+    EXPECT_FALSE(test.display.waitPointer);
+    ASSERT_EQ(test.processes.runs.size(), 1U);
+    EXPECT_EQ(test.processes.runs[0].commandLine, test.program.path() + "compiler\\rundb.bat");
+    EXPECT_FALSE(test.processes.runs[0].showWindow);
+    EXPECT_TRUE(test.processes.runs[0].wait);
+    EXPECT_EQ(test.program.read("compiler\\rundb.bat"), launchScript(test.program.path(), test.folder.path()));
+}
+
+TEST_F(Build, AnErrorMovesTheEditorToTheFailingLine) {
+    test.processes.work = [this] { test.folder.write("errors.txt", "\"A.INC\",2,3,1,\"x\"\r\n"); };
+    EXPECT_FALSE(build());
+    EXPECT_EQ(progress.words, "file  : A.INC: line 2, column 3\r\nError : 1 - x\r\n");
+    EXPECT_EQ(progress.images, (std::array<bool, 5>{false, false, false, true, false}));
+    EXPECT_TRUE(progress.timer1);
+    EXPECT_TRUE(progress.timer2);
+    EXPECT_EQ(test.editor.content, "one\r\ntwo\r\nthree\r\n");
+    EXPECT_EQ(test.editor.highlighted, 1);
+    EXPECT_EQ(test.editor.caretPosition, (EditorPosition{1, 0}));
+    EXPECT_EQ(test.workspace.tree.selected(), 3U);
+    EXPECT_EQ(test.workspace.project.CurrentFile, 3U);
+    EXPECT_FALSE(test.folder.has("errors.txt"));
+    EXPECT_FALSE(test.display.waitPointer);
+}
+
+TEST_F(Build, AnErrorFileInAnotherCaseDoesNotSwitch) {
+    test.processes.work = [this] { test.folder.write("errors.txt", "a.inc,1,1,1,x\r\n"); };
+    EXPECT_FALSE(build());
+    EXPECT_EQ(test.editor.content, "{$I A.INC}\r\n");
+    EXPECT_EQ(test.editor.highlighted, 0) << "the line is marked in the file that is shown";
+}
+
+TEST_F(Build, CancelKeepsTheTextAndTheHourglass) {
+    test.processes.work = [this] {
+        test.folder.write("errors.txt", "A.INC,2,1,1,x\r\n");
+        test.editor.setText("typed meanwhile");
+    };
+    test.messages.answers = {Answer::cancel};
+    EXPECT_FALSE(build());
+    EXPECT_EQ(test.editor.content, "typed meanwhile");
+    EXPECT_EQ(test.workspace.tree.selected(), 2U);
+    EXPECT_TRUE(test.display.waitPointer);
+}
+
+TEST_F(Build, WithoutAProjectThereIsAMessage) {
+    test.workspace.tree.clear();
+    EXPECT_TRUE(build());
+    ASSERT_EQ(test.messages.shown.size(), 1U);
+    EXPECT_EQ(test.messages.shown[0].text, "No project loaded!");
+    EXPECT_EQ(test.messages.shown[0].title, "Error");
+    EXPECT_TRUE(test.processes.runs.empty());
+}
+
+TEST_F(Build, ExactlyADiskfulBuildsAndOneByteMoreIsRefused) {
+    const auto used = GetFolderSize(test.folder.path(), "*.*", true);
+    test.folder.write("BIG.DAT", std::string(737280 - used, 'x'));
+    EXPECT_TRUE(build());
+    EXPECT_EQ(test.processes.runs.size(), 1U);
+    test.folder.write("MORE.DAT", "x");
+    EXPECT_TRUE(build());
+    EXPECT_EQ(test.processes.runs.size(), 1U);
+    EXPECT_EQ(progress.words, "The project directory \r\n" + test.folder.path() +
+                                  "\r\ncannot have more than 720kb of files");
+    EXPECT_TRUE(progress.images[3]);
+    EXPECT_TRUE(progress.timer2);
+    EXPECT_FALSE(test.display.waitPointer);
+}
+
+TEST_F(Build, OnlyTheOutputOfTheChosenKindIsDeleted) {
+    test.folder.write("M.com", "c");
+    test.folder.write("M.chn", "h");
+    build(Output::chn);
+    EXPECT_TRUE(test.folder.has("M.com"));
+    EXPECT_FALSE(test.folder.has("M.chn"));
+    test.folder.write("M.chn", "h");
+    build(Output::com);
+    EXPECT_FALSE(test.folder.has("M.com"));
+    EXPECT_TRUE(test.folder.has("M.chn"));
+}
+
+TEST_F(Build, AMissingKitFileIsNamedAndNothingStaysBehind) {
+    deleteFile(test.program.path() + "compiler\\RUNTIME.COM");
+    try {
+        build();
+        FAIL() << "the kit is not whole";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.text(), "File not found");
+        EXPECT_EQ(error.detail(), test.program.path() + "compiler\\RUNTIME.COM");
+    }
+    EXPECT_TRUE(kitIsGone());
+    EXPECT_TRUE(progress.closed);
+    EXPECT_FALSE(test.display.waitPointer);
+}
+
+TEST_F(Build, AnEmptyErrorFileDoesNotSpoilTheNextBuild) {
+    test.processes.work = [this] { test.folder.write("errors.txt", ""); };
+    EXPECT_THROW(build(), RuntimeError);
+    test.processes.work = [] {};
+    EXPECT_TRUE(build());
+}
+
+TEST_F(Build, TheCommandSavesModifiedTextFirst) {
+    test.editor.setText("edited\r\n");
+    compileCommand(test.workspace, tools, Output::com);
+    EXPECT_EQ(test.folder.read("M.PAS"), "edited\r\n");
+    EXPECT_TRUE(test.messages.shown.empty());
+    test.workspace.tree.select(1); // the root: saved under the project's name, as it always was
+    test.editor.setText("again\r\n");
+    compileCommand(test.workspace, tools, Output::com);
+    EXPECT_EQ(test.folder.read("Hello"), "again\r\n");
+}
+
+} // namespace
+} // namespace tavrel

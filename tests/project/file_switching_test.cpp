@@ -1,0 +1,104 @@
+#include "project/file_switching.h"
+#include "util/files.h"
+#include "project/project_loading.h"
+#include "tests/support/fakes.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrel {
+namespace {
+
+struct TwoFiles : testing::Test {
+    test::TestWorkspace test;
+    Workspace& workspace = test.workspace;
+
+    TwoFiles() {
+        test.folder.write("A.INC", "include\r\n");
+        LoadProject(workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n"));
+    }
+    void click(std::size_t node) {
+        workspace.tree.selectedByUser(node);
+        switchToNode(workspace, node);
+    }
+};
+
+TEST_F(TwoFiles, ClickingTheRootOrTheShownNodeDoesNothing) {
+    test.editor.setText("edited");
+    click(1);
+    click(2);
+    EXPECT_TRUE(test.messages.shown.empty());
+    EXPECT_EQ(test.editor.content, "edited");
+}
+
+TEST_F(TwoFiles, TheCaretOfEachFileIsKept) {
+    test.editor.caretPosition = {10, 4};
+    click(3);
+    EXPECT_EQ(test.editor.content, "include\r\n");
+    EXPECT_EQ(workspace.project.CurrentFile, 3U);
+    EXPECT_EQ(test.display.panels[StatusPanel::currentView], "Current View: A.INC");
+    EXPECT_EQ(test.editor.caretPosition, (EditorPosition{0, 0}));
+    click(2);
+    EXPECT_EQ(test.editor.caretPosition, (EditorPosition{10, 4}));
+    EXPECT_EQ(test.editor.focused, 2);
+    LoadProject(workspace, test.folder.path() + "M.PAS");
+    EXPECT_EQ(workspace.CaretPositions[2], (EditorPosition{0, 0}));
+}
+
+TEST_F(TwoFiles, YesSavesTheFileThatIsLeft) {
+    test.editor.setText("edited");
+    test.messages.answers = {Answer::yes};
+    click(3);
+    ASSERT_EQ(test.messages.shown.size(), 1U);
+    EXPECT_EQ(test.messages.shown[0].text, "This file has changed. Save it?");
+    EXPECT_EQ(test.messages.shown[0].title, "Save changes");
+    EXPECT_EQ(test.folder.read("M.PAS"), "edited");
+}
+
+TEST_F(TwoFiles, NoDropsTheEdits) {
+    test.editor.setText("edited");
+    test.messages.answers = {Answer::no};
+    click(3);
+    click(2);
+    EXPECT_EQ(test.editor.content, "{$I A.INC}\r\n");
+}
+
+TEST_F(TwoFiles, CancelGoesBackToTheFormerNode) {
+    test.editor.setText("edited");
+    test.messages.answers = {Answer::cancel};
+    click(3);
+    EXPECT_EQ(test.editor.content, "edited");
+    EXPECT_EQ(workspace.tree.selected(), 2U);
+    EXPECT_EQ(workspace.project.SelectedKey, "M.PAS0");
+}
+
+TEST_F(TwoFiles, AutoSaveAsksNothing) {
+    workspace.settings.AutoSave = storedTrue;
+    test.editor.setText("edited");
+    click(3);
+    EXPECT_TRUE(test.messages.shown.empty());
+    EXPECT_EQ(test.folder.read("M.PAS"), "edited");
+}
+
+TEST_F(TwoFiles, AFileThatIsGoneIsNotShown) {
+    deleteFile(test.folder.path() + "A.INC");
+    click(3);
+    EXPECT_EQ(test.editor.content, "{$I A.INC}\r\n");
+    EXPECT_TRUE(test.messages.shown.empty());
+}
+
+TEST(TreeImages, FoldersSwapAndFilesStay) {
+    ProjectTree tree;
+    tree.add(0, "r", "R", TreeImage::collapsed);
+    tree.add(1, "i", "I", TreeImage::includeFile);
+    tree.expand(1);
+    tree.expand(2);
+    EXPECT_EQ(tree.node(1).image, TreeImage::expanded);
+    EXPECT_EQ(tree.node(2).image, TreeImage::includeFile);
+    tree.collapse(1);
+    tree.collapse(2);
+    EXPECT_EQ(tree.node(1).image, TreeImage::collapsed);
+    EXPECT_EQ(tree.node(2).image, TreeImage::includeFile);
+}
+
+} // namespace
+} // namespace tavrel

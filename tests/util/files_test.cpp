@@ -1,0 +1,99 @@
+#include "tests/support/temporary_folder.h"
+#include "util/files.h"
+#include "util/runtime_error.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace tavrel {
+namespace {
+
+RuntimeErrorNumber numberOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return RuntimeErrorNumber::overflow; // stands for "nothing was thrown": no file operation gives it
+}
+
+TEST(Files, AFolderOrAnEmptyPathCountsAsMissing) {
+    const test::TemporaryFolder folder;
+    folder.write("a.txt", "x");
+    EXPECT_TRUE(FileExists(folder.path() + "a.txt"));
+    EXPECT_FALSE(FileExists(folder.path() + "b.txt"));
+    EXPECT_FALSE(FileExists(folder.path()));
+    EXPECT_FALSE(FileExists(folder.path().substr(0, folder.path().size() - 1)));
+    EXPECT_FALSE(FileExists(""));
+}
+
+TEST(Files, BytesComeBackAsTheyWere) {
+    const test::TemporaryFolder folder;
+    std::string bytes;
+    for (int i = 0; i < 200'000; ++i)
+        bytes += static_cast<char>(i % 256);
+    folder.write("a.bin", bytes);
+    EXPECT_EQ(folder.read("a.bin"), bytes);
+    folder.write("a.bin", "short");
+    EXPECT_EQ(folder.read("a.bin"), "short");
+    EXPECT_EQ(listFolder(folder.path(), "*.*").size(), 1U) << "no helper file may stay behind";
+}
+
+TEST(Files, ErrorsTellAMissingFileFromAMissingFolder) {
+    const test::TemporaryFolder folder;
+    EXPECT_EQ(numberOf([&] { readWholeFile(folder.path() + "no.txt"); }), RuntimeErrorNumber::fileNotFound);
+    EXPECT_EQ(numberOf([&] { readWholeFile(folder.path() + "no\\no.txt"); }), RuntimeErrorNumber::pathNotFound);
+    EXPECT_EQ(numberOf([&] { writeWholeFile(folder.path() + "no\\no.txt", "x"); }), RuntimeErrorNumber::pathNotFound);
+    EXPECT_EQ(numberOf([&] { deleteFile(folder.path() + "no.txt"); }), RuntimeErrorNumber::fileNotFound);
+}
+
+TEST(Files, CopyNamesTheFileThatFailed) {
+    const test::TemporaryFolder folder;
+    try {
+        copyFile(folder.path() + "no.txt", folder.path() + "b.txt");
+        FAIL();
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.detail(), folder.path() + "no.txt");
+    }
+    EXPECT_FALSE(folder.has("b.txt"));
+}
+
+TEST(Files, AReadOnlyTargetIsNotReplaced) {
+    const test::TemporaryFolder folder;
+    folder.write("a.txt", "old");
+    std::filesystem::permissions(folder.native() / "a.txt", std::filesystem::perms::owner_read);
+    EXPECT_EQ(numberOf([&] { writeWholeFile(folder.path() + "a.txt", "new"); }),
+              RuntimeErrorNumber::pathFileAccessError);
+    std::filesystem::permissions(folder.native() / "a.txt", std::filesystem::perms::owner_all);
+    EXPECT_EQ(folder.read("a.txt"), "old");
+}
+
+TEST(Files, AFullDiskIsReported) {
+#ifdef _WIN32
+    const std::string full = "Z:\\dev\\full"; // there is one only where Wine shows a Unix file system
+    if (!FileExists(full))
+        GTEST_SKIP() << "this machine has no device that is always full";
+#else
+    const std::string full = "\\dev\\full";
+#endif
+    const RuntimeErrorNumber number = numberOf([&] { writeWholeFile(full, "x"); });
+    EXPECT_TRUE(number == RuntimeErrorNumber::diskFull || number == RuntimeErrorNumber::deviceIoError)
+        << static_cast<int>(number);
+    EXPECT_TRUE(FileExists(full));
+}
+
+TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
+    const test::TemporaryFolder folder;
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 0U);
+    folder.write("a.txt", "12345");
+    folder.write("b", "123");
+    folder.makeFolder("sub");
+    folder.write("sub\\c.pas", "12");
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", false), 8U);
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 10U);
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.pas", true), 2U);
+    EXPECT_EQ(GetFolderSize(folder.path().substr(0, folder.path().size() - 1), "*.*", true), 10U);
+}
+
+} // namespace
+} // namespace tavrel

@@ -1,0 +1,46 @@
+#include "util/runtime_error.h"
+#include "util/text_input.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrel {
+namespace {
+
+TEST(TextInput, LinesEndAtAnyLineEnd) {
+    TextInput input("a\r\nb\rc\nd");
+    EXPECT_EQ(input.line(), "a");
+    EXPECT_EQ(input.line(), "b");
+    EXPECT_EQ(input.line(), "c");
+    EXPECT_EQ(input.line(), "d");
+    EXPECT_TRUE(input.atEnd());
+}
+
+TEST(TextInput, ReadingPastTheEndFails) {
+    TextInput input("");
+    try {
+        input.line();
+        FAIL() << "an empty file has no line";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.number(), RuntimeErrorNumber::inputPastEndOfFile);
+    }
+}
+
+TEST(TextInput, ControlZEndsTheFile) {
+    TextInput input("a\r\n\x1A rest");
+    EXPECT_EQ(input.line(), "a");
+    EXPECT_TRUE(input.atEnd());
+}
+
+TEST(TextInput, ItemsAreSeparatedByCommasAndLineEnds) {
+    TextInput input("\"A, B\", 12,3\r\n  plain text \r\n\r\n\"open");
+    EXPECT_EQ(input.item(), "A, B");
+    EXPECT_EQ(input.item(), "12");
+    EXPECT_EQ(input.item(), "3");
+    EXPECT_EQ(input.item(), "plain text ");
+    EXPECT_EQ(input.item(), "");
+    EXPECT_EQ(input.item(), "open");
+    EXPECT_THROW(input.item(), RuntimeError);
+}
+
+} // namespace
+} // namespace tavrel
