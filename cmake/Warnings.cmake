@@ -3,17 +3,11 @@ add_library(tavrel_warnings INTERFACE)
 target_compile_options(tavrel_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wduplicated-cond -Wlogical-op -Wnull-dereference
-<<<<<<< HEAD
   -Wimplicit-fallthrough -Wcast-qual)
 # GCC 12 sees overlapping copies inside std::string's own operator+ that cannot happen.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tavrel_warnings INTERFACE -Wno-restrict)
 endif()
-=======
-  -Wimplicit-fallthrough -Wcast-qual
-  # GCC 12 sees overlapping copies in "text" + std::string where there are none.
-  -Wno-restrict)
->>>>>>> ide
 
 # Sanitizers are for the whole native tree, fetched test libraries included.
 if(TAVREL_TARGET STREQUAL "native")
