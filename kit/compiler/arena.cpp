@@ -71,4 +71,11 @@ void Arena::release(Mark mark) {
     used_ = mark.used;
 }
 
+std::size_t Arena::capacity() const {
+    std::size_t bytes = 0;
+    for (const Chunk& chunk : chunks_)
+        bytes += chunk.size;
+    return bytes;
+}
+
 } // namespace tp3

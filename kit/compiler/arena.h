@@ -37,6 +37,8 @@ class Arena {
     [[nodiscard]] Mark mark() const;
     /// Gives back everything allocated since `mark`.
     void release(Mark mark);
+    /// Bytes taken from the system so far.
+    [[nodiscard]] std::size_t capacity() const;
 
   private:
     struct Chunk {

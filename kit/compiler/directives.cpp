@@ -77,7 +77,7 @@ void Scanner::directiveList(bool brace) {
         if (peek() == endOfFile)
             return fail(Error::unexpectedEnd, start);
         take();
-        if (!directive(letter, brace))
+        if (!directive(letter))
             return fail(Error::directive, position);
         if (peek() != ',')
             break;
@@ -98,7 +98,7 @@ bool Scanner::sign(bool& flag) {
     return true;
 }
 
-bool Scanner::directive(int letter, bool) {
+bool Scanner::directive(int letter) {
     bool ignored = false;
     switch (letter) {
     case 'A':

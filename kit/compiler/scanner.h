@@ -92,7 +92,7 @@ class Scanner {
     void skipComment(bool brace);
     bool commentEnd(bool brace);
     void directiveList(bool brace);
-    bool directive(int letter, bool brace);
+    bool directive(int letter);
     bool sign(bool& flag);
     void include(bool brace, Position position);
 

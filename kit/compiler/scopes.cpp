@@ -155,6 +155,15 @@ void SourceParser::declareStandardNames() {
     }
     if (features_.files)
         declareStandard("TEXT", SymbolKind::typeName, &text_, 0);
+    for (const StandardVariable& entry : standardVariables()) {
+        if (entry.address == 0)
+            continue;
+        Symbol* variable = declareStandard(entry.text, SymbolKind::variable,
+                                           entry.boolean ? &boolean_ : &integer_, entry.address);
+        variable->storage = StorageKind::absoluteAddress;
+        variable->ordinal = static_cast<std::uint16_t>(variableFacts.size());
+        variableFacts.emplace_back();
+    }
     std::int32_t index = 0;
     for (const StandardName& entry : standardNames()) {
         const bool there = entry.need == FeatureNeed::none ||

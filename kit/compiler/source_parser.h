@@ -201,7 +201,6 @@ class SourceParser {
     Expr* simpleExpression();
     Expr* term();
     Expr* factor();
-    Expr* literal();
     Expr* identifierFactor();
     Expr* integerExpression();
     Expr* stringExpression();

@@ -83,7 +83,18 @@ constexpr StandardName table[] = {
     {"WRITELN", Shape::writeLine, writeLine, always},
 };
 
+constexpr StandardVariable variables[] = {
+    {"AUXINPTR", false, 0},  {"AUXOUTPTR", false, 0}, {"BUFLEN", false, 0},   {"CBREAK", true, 0},
+    {"CONINPTR", false, 0},  {"CONOUTPTR", false, 0}, {"CONSTPTR", false, 0}, {"HEAPPTR", false, 0},
+    {"LSTOUTPTR", false, 0}, {"RECURPTR", false, 0},  {"STACKPTR", false, 0}, {"USRINPTR", false, 0},
+    {"USROUTPTR", false, 0},
+};
+
 } // namespace
+
+std::span<const StandardVariable> standardVariables() {
+    return variables;
+}
 
 bool isFunctionShape(CallShape shape) {
     return shape >= CallShape::booleanResult && shape <= CallShape::system;

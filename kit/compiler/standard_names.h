@@ -69,6 +69,15 @@ struct StandardName {
     FeatureNeed need;
 };
 
+/// A variable of the run-time library that programs may use by name.
+struct StandardVariable {
+    const char* text;
+    bool boolean;          ///< Boolean, otherwise Integer
+    std::uint16_t address; ///< 0 while the library has no such variable: then it is not declared
+};
+
+std::span<const StandardVariable> standardVariables();
+
 /// All standard procedures and functions, Mem and Port.
 std::span<const StandardName> standardNames();
 

@@ -96,12 +96,9 @@ void SourceParser::statementList(StmtList& list, TokenKind closing) {
             continue;
         if (at(closing) || errors.failed())
             return;
-        if (stmt->kind != StmtKind::empty)
-            return failHere(Error::semicolonExpected);
-        // Where no statement begins: a declaration or the end of the program show that an end is missing.
+        // A declaration or the end of the program show that an end is missing.
         switch (token_.kind) {
         case TokenKind::period:
-        case TokenKind::wordEnd:
         case TokenKind::wordUntil:
         case TokenKind::wordProcedure:
         case TokenKind::wordFunction:
@@ -112,7 +109,8 @@ void SourceParser::statementList(StmtList& list, TokenKind closing) {
         case TokenKind::wordLabel:
             return failHere(Error::endExpected);
         default:
-            return failHere(Error::unknownIdentifier);
+            return failHere(stmt->kind != StmtKind::empty ? Error::semicolonExpected
+                                                          : Error::unknownIdentifier);
         }
     }
 }

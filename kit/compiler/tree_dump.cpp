@@ -198,6 +198,7 @@ std::string dumpStatements(const Stmt* first, int indentation) {
         const std::string indent(static_cast<std::size_t>(indentation) * 2, ' ');
         const auto line = [&](const std::string& text) { result += indent + text + "\n"; };
         const auto nested = [&](const Stmt* inner) { result += dumpStatements(inner, indentation + 1); };
+        const Stmt* other = nullptr;
         switch (stmt->kind) {
         case StmtKind::empty:
             line("empty");
@@ -215,9 +216,15 @@ std::string dumpStatements(const Stmt* first, int indentation) {
         case StmtKind::conditional:
             line("if " + dumpExpression(stmt->value));
             nested(stmt->body);
-            if (stmt->other != nullptr) {
+            other = stmt->other;
+            // A chain of else if may be longer than the stack is deep.
+            for (; other != nullptr && other->kind == StmtKind::conditional; other = other->other) {
+                line("else if " + dumpExpression(other->value));
+                nested(other->body);
+            }
+            if (other != nullptr) {
                 line("else");
-                nested(stmt->other);
+                nested(other);
             }
             break;
         case StmtKind::caseOf:

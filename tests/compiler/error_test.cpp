@@ -1,0 +1,92 @@
+#include "test_source.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace tp3::test {
+namespace {
+
+// Every program in the folder begins with a comment such as { error 44 5:12 } or { error 41 NAME.INC 2:3 }.
+TEST(Errors, ProgramsGiveTheErrorThatTheyName) {
+    MemoryHost host;
+    for (const auto& entry : std::filesystem::directory_iterator(ERROR_FOLDER))
+        host.files[entry.path().filename().string()] = readFile(entry.path());
+    std::set<std::string> numbers;
+    std::size_t programs = 0;
+    for (const auto& [name, source] : std::map(host.files)) {
+        constexpr std::string_view prefix = "{ error ";
+        if (source.substr(0, prefix.size()) != prefix)
+            continue;
+        const std::string expected = source.substr(prefix.size(), source.find(" }") - prefix.size());
+        host.files["MAIN.PAS"] = source;
+        for (const std::size_t chunk : {1U, 7U, 100000U}) {
+            host.chunk = chunk;
+            const Parsed parsed = parse(host);
+            EXPECT_EQ(parsed.error(), expected) << name << " " << parsed.diagnostic.detail;
+            EXPECT_FALSE(parsed.ok);
+        }
+        numbers.insert(expected.substr(0, expected.find(' ')));
+        ++programs;
+    }
+    EXPECT_GE(programs, 99U);
+    EXPECT_GE(numbers.size(), 60U);
+}
+
+TEST(Errors, MissingMainFileIsNamed) {
+    MemoryHost host;
+    const Parsed parsed = parse(host);
+    EXPECT_EQ(parsed.diagnostic.error, Error::fileNotFound);
+    EXPECT_EQ(parsed.diagnostic.detail, "MAIN.PAS");
+    EXPECT_EQ(parsed.diagnostic.file, "MAIN.PAS");
+}
+
+TEST(Errors, MissingIncludeIsNamedWithoutFolderOfTheHolder) {
+    MemoryHost host;
+    host.files["MAIN.PAS"] = "begin\n{$I sub\\one.inc} end.";
+    host.files["SUB\\ONE.INC"] = "{$I two}";
+    const Parsed parsed = parse(host);
+    EXPECT_EQ(parsed.error(), "90 ONE.INC 1:3");
+    EXPECT_EQ(parsed.diagnostic.detail, "TWO.PAS");
+}
+
+TEST(Errors, TextsHoldNoQuotes) {
+    for (int number = 1; number < 100; ++number)
+        EXPECT_EQ(errorText(static_cast<Error>(number)).find_first_of("\"'"), std::string_view::npos);
+}
+
+TEST(Errors, DeepNestingEndsWithAnError) {
+    const std::string deep(100000, '(');
+    EXPECT_EQ(parse("var i: integer; begin i := " + deep).diagnostic.error, Error::tableOverflow);
+    std::string statements = "begin ";
+    for (int i = 0; i < 100000; ++i)
+        statements += "begin ";
+    EXPECT_EQ(parse(statements).diagnostic.error, Error::tableOverflow);
+    std::string sum = "var i: integer; begin i := i";
+    for (int i = 0; i < 100000; ++i)
+        sum += "+i";
+    EXPECT_EQ(parse(sum + " end.").diagnostic.error, Error::tableOverflow);
+    std::string signs = "var i: integer; begin i := ";
+    EXPECT_EQ(parse(signs + std::string(100000, '-') + "i end.").diagnostic.error, Error::tableOverflow);
+    std::string records = "var i: ";
+    for (int i = 0; i < 100000; ++i)
+        records += "record a: ";
+    EXPECT_EQ(parse(records).diagnostic.error, Error::tableOverflow);
+}
+
+TEST(Errors, LongElseIfChainIsNotDeep) {
+    std::string chain = "var i: integer; begin ";
+    for (int i = 0; i < 5000; ++i)
+        chain += "if i = " + std::to_string(i) + " then i := 2 else ";
+    EXPECT_EQ(parse(chain + " end.").error(), "none");
+}
+
+TEST(Errors, LittleStackIsAnError) {
+    MemoryHost host;
+    host.stack = 100;
+    host.files["MAIN.PAS"] = "begin end.";
+    EXPECT_EQ(parse(host).diagnostic.error, Error::tableOverflow);
+}
+
+} // namespace
+} // namespace tp3::test
