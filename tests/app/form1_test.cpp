@@ -2,6 +2,7 @@
 #include "app/command_table.h"
 #include "app/form1.h"
 #include "tests/support/fakes.h"
+#include "util/runtime_error.h"
 #include "util/window_placing.h"
 
 #include <bit>
@@ -68,9 +69,9 @@ struct MainWindow : testing::Test {
 
 TEST_F(MainWindow, OpensWithTheProjectCommandsDisabled) {
     start();
-    for (const UINT command : {mnuSave, mnuPrint, mnuCompile, mnuCompileRun, mnuProp, mnuRefresh, mnuNewInc,
+    for (const int command : {mnuSave, mnuPrint, mnuCompile, mnuCompileRun, mnuProp, mnuRefresh, mnuNewInc,
                                mnuOpenIncfile, mnuCompileCHN})
-        EXPECT_FALSE(form->commandEnabled(command)) << command;
+        EXPECT_FALSE(form->commandEnabled(static_cast<UINT>(command))) << command;
     EXPECT_EQ(panel(2), "Current View: no file");
     tick();
     EXPECT_EQ(panel(1), "Line: 1 Col: 1");
