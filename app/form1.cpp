@@ -18,7 +18,7 @@ namespace tavrel {
 
 namespace {
 constexpr const char* className = "TavrelForm1";
-constexpr UINT timerPeriod = 100; // milliseconds
+constexpr UINT timerPeriod = 100;  // milliseconds
 constexpr double treeWidth = 2400; // twips
 } // namespace
 
@@ -55,8 +55,8 @@ void Form1::makeWindows() {
     RegisterClassA(&windowClass);
     const int width = scale_.toPixelsX(13800);
     const int height = scale_.toPixelsY(9900);
-    CreateWindowExA(0, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, width,
-                    height, nullptr, makeMenuBar(), instance, this);
+    CreateWindowExA(0, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                    CW_USEDEFAULT, width, height, nullptr, makeMenuBar(), instance, this);
     if (window_ == nullptr)
         throw std::runtime_error("The main window cannot be made.");
     pictureBrush_ = CreateSolidBrush(pictureBackground);
@@ -69,8 +69,9 @@ void Form1::makeWindows() {
 }
 
 void Form1::makeStatusBar() {
-    StatusBar1_ = CreateWindowExA(0, STATUSCLASSNAMEA, "", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_,
-                                  std::bit_cast<HMENU>(INT_PTR{Form1_StatusBar1}), GetModuleHandleA(nullptr), nullptr);
+    StatusBar1_ =
+        CreateWindowExA(0, STATUSCLASSNAMEA, "", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_,
+                        std::bit_cast<HMENU>(INT_PTR{Form1_StatusBar1}), GetModuleHandleA(nullptr), nullptr);
     layStatusBar();
 }
 
@@ -226,7 +227,8 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
         return 0;
     case WM_NOTIFY:
         if (TV_ && TV_->handleNotification(*std::bit_cast<NMHDR*>(second)))
-            PostMessageA(window_, nodeClicked, TV_->clickedNode(), 0); // not from inside the control's mouse handling
+            PostMessageA(window_, nodeClicked, TV_->clickedNode(),
+                         0); // not from inside the control's mouse handling
         return 0;
     case nodeClicked:
         guarded([&] {
@@ -273,7 +275,8 @@ LRESULT CALLBACK Form1::windowProcedure(HWND window, UINT message, WPARAM first,
         SetWindowLongPtrA(window, GWLP_USERDATA, std::bit_cast<LONG_PTR>(creation->lpCreateParams));
     }
     auto* const form = std::bit_cast<Form1*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-    return form != nullptr ? form->handle(message, first, second) : DefWindowProcA(window, message, first, second);
+    return form != nullptr ? form->handle(message, first, second)
+                           : DefWindowProcA(window, message, first, second);
 }
 
 } // namespace tavrel

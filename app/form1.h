@@ -34,8 +34,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     Form1(const Form1Seams& seams, const std::string& AppDir);
     ~Form1() override;
 
-    /// Start-up: everything from reading the data files to showing the window and loading the project that `argument` (the
-    /// raw argument text) names. Throws RuntimeError when the program cannot start.
+    /// Start-up: everything from reading the data files to showing the window and loading the project that
+    /// `argument` (the raw argument text) names. Throws RuntimeError when the program cannot start.
     void load(const std::string& argument);
 
     HWND window() const { return window_; }

@@ -95,7 +95,8 @@ void Form1::showRecentFiles() {
     for (std::size_t i = 0; i < recent.size(); ++i) {
         if (recent[i].empty())
             continue;
-        const std::string caption = replaceIgnoringCase(recent[i], "&", "&&"); // else it would underline a letter
+        const std::string caption =
+            replaceIgnoringCase(recent[i], "&", "&&"); // else it would underline a letter
         InsertMenuA(file, mnuExit, MF_BYCOMMAND | MF_STRING, mnurecent_0 + i, caption.c_str());
     }
     if (!recent[0].empty())

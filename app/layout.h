@@ -24,7 +24,8 @@ struct FormMeasures {
 /// At start-up: sizes only, no left edge.
 FormLayout firstLayout(const FormLayout& current, const FormMeasures& measures);
 
-/// After a resize, or after the tree was shown or hidden. A window too small for a rule leaves that size as it was.
+/// After a resize, or after the tree was shown or hidden. A window too small for a rule leaves that size as
+/// it was.
 FormLayout resizedLayout(const FormLayout& current, const FormMeasures& measures, bool treeShown);
 
 /// Splitter position in pixels that halves an editor of this height.

@@ -33,7 +33,8 @@ int runProgram(tavrel::WindowsMessageBoxes& messages) {
 } // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    constexpr INITCOMMONCONTROLSEX controls = {sizeof(INITCOMMONCONTROLSEX), ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
+    constexpr INITCOMMONCONTROLSEX controls = {sizeof(INITCOMMONCONTROLSEX),
+                                               ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&controls);
     tavrel::WindowsMessageBoxes messages;
     try {

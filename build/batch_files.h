@@ -16,8 +16,8 @@ std::string mainProgramName(const std::string& mainFileName);
 std::string compileScript(Output output, const std::string& programName, std::int16_t startAddress,
                           std::int16_t endAddress);
 
-/// "rundb.bat": starts DOSBox without a window. Both folders may come with or without their final backslash; the
-/// doubled backslashes that result are accepted by Windows and DOSBox.
+/// "rundb.bat": starts DOSBox without a window. Both folders may come with or without their final backslash;
+/// the doubled backslashes that result are accepted by Windows and DOSBox.
 std::string launchScript(const std::string& programFolder, const std::string& projectFolder);
 
 } // namespace tavrel

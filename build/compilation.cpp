@@ -129,7 +129,8 @@ bool showFailingFile(Workspace& workspace, const std::string& fileName) {
             if (answer == Answer::yes) {
                 if (project.CurrentFile >= project.Files.size())
                     throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
-                workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName, false);
+                workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName,
+                                          false);
             }
         }
         showNodeFile(workspace, node, path);
@@ -139,7 +140,7 @@ bool showFailingFile(Workspace& workspace, const std::string& fileName) {
 
 void navigateToError(Workspace& workspace, const CompilerError& error) {
     if (!showFailingFile(workspace, error.file))
-        return; // the hourglass stays, as it always has after Cancel
+        return;                         // the hourglass stays, as it always has after Cancel
     constexpr double largestLine = 1e9; // beyond any text; the editor takes its last line
     if (error.line > 0) {
         const long line = std::lround(std::fmin(error.line, largestLine)) - 1;
@@ -150,7 +151,8 @@ void navigateToError(Workspace& workspace, const CompilerError& error) {
 }
 
 void deleteOldOutput(const Workspace& workspace, const std::string& programName, Output output) {
-    const std::string path = workspace.project.Folder + programName + (output == Output::chn ? ".chn" : ".com");
+    const std::string path =
+        workspace.project.Folder + programName + (output == Output::chn ? ".chn" : ".com");
     if (FileExists(path))
         deleteFile(path);
 }

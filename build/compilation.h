@@ -17,9 +17,10 @@ struct BuildTools {
 /// Largest project folder that can be built: it must fit on one MSX disk.
 constexpr unsigned long largestProjectFolder = 720UL * 1024;
 
-/// Builds the project. False only when the compiler reported an error: a build refused for want of a project or for a
-/// folder that is too large gives true as well. Throws RuntimeError when a file of the kit or of the project folder
-/// cannot be copied or deleted; what had been copied into the project folder is then removed again.
+/// Builds the project. False only when the compiler reported an error: a build refused for want of a project
+/// or for a folder that is too large gives true as well. Throws RuntimeError when a file of the kit or of the
+/// project folder cannot be copied or deleted; what had been copied into the project folder is then removed
+/// again.
 bool DoCompilation(Workspace& workspace, const BuildTools& tools, Output output);
 
 /// The compile commands: saves modified text, then builds.

@@ -20,8 +20,8 @@ ErrorRecord readRecord(TextInput& file) {
 }
 
 std::string shownText(const ErrorRecord& record) {
-    return "file  : " + record[0] + ": line " + record[1] + ", column " + record[2] + "\r\nError : " + record[3] +
-           " - " + record[4] + "\r\n";
+    return "file  : " + record[0] + ": line " + record[1] + ", column " + record[2] +
+           "\r\nError : " + record[3] + " - " + record[4] + "\r\n";
 }
 
 } // namespace

@@ -15,12 +15,13 @@ struct CompilerError {
     std::string text; ///< what the progress window shows, lines ended by CR LF
 };
 
-/// Reads error records of five items each: file, line, column, number, text. Because the end is tested after a record has
-/// been read, the last of several records is not shown. Throws RuntimeError 62 when the first record is not whole.
+/// Reads error records of five items each: file, line, column, number, text. Because the end is tested after
+/// a record has been read, the last of several records is not shown. Throws RuntimeError 62 when the first
+/// record is not whole.
 CompilerError readCompilerErrors(TextInput& file);
 
-/// The three size lines: the first item that begins with "Code" and the two items after it; nothing when the file ends
-/// before that.
+/// The three size lines: the first item that begins with "Code" and the two items after it; nothing when the
+/// file ends before that.
 std::optional<std::vector<std::string>> readSizeLines(TextInput& file);
 
 } // namespace tavrel

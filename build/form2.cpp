@@ -35,7 +35,8 @@ void Form2::opened() {
     for (int image = 0; image < imageCount; ++image) {
         HBITMAP const picture = makeProgressPicture(image, side, GetSysColor(COLOR_BTNFACE));
         pictures_.at(static_cast<std::size_t>(image)) = picture;
-        SendMessageA(control(Form2_Image1_0 + image), STM_SETIMAGE, IMAGE_BITMAP, std::bit_cast<LPARAM>(picture));
+        SendMessageA(control(Form2_Image1_0 + image), STM_SETIMAGE, IMAGE_BITMAP,
+                     std::bit_cast<LPARAM>(picture));
     }
     CenterForm(owner_, window_);
     SetTopMost(window_, true);

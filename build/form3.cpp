@@ -67,8 +67,8 @@ INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM first, LPARAM
 } // namespace
 
 void showProjectProperties(HWND owner, Workspace& workspace) {
-    DialogBoxParamA(GetModuleHandleA(nullptr), std::bit_cast<LPCSTR>(ULONG_PTR{Form3_Dialog}), owner, dialogProcedure,
-                    std::bit_cast<LPARAM>(&workspace));
+    DialogBoxParamA(GetModuleHandleA(nullptr), std::bit_cast<LPCSTR>(ULONG_PTR{Form3_Dialog}), owner,
+                    dialogProcedure, std::bit_cast<LPARAM>(&workspace));
 }
 
 } // namespace tavrel

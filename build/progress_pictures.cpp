@@ -50,8 +50,8 @@ void drawWorking(const Canvas& canvas, int frame) {
     for (int dot = 0; dot < dots; ++dot) {
         const double angle = 2 * std::numbers::pi * dot / dots;
         const bool dark = dot % 2 == frame;
-        canvas.disc(designSide / 2 + 18 * std::sin(angle), designSide / 2 - 18 * std::cos(angle), dark ? 5.5 : 4,
-                    dark ? RGB(30, 90, 190) : RGB(160, 192, 235));
+        canvas.disc(designSide / 2 + 18 * std::sin(angle), designSide / 2 - 18 * std::cos(angle),
+                    dark ? 5.5 : 4, dark ? RGB(30, 90, 190) : RGB(160, 192, 235));
     }
 }
 

@@ -5,8 +5,8 @@
 
 namespace tavrel {
 
-/// The role of the progress window `Form2`. Touching anything of a window that is closed opens it again in its working
-/// state.
+/// The role of the progress window `Form2`. Touching anything of a window that is closed opens it again in
+/// its working state.
 class ProgressWindow {
   public:
     static constexpr int imageCount = 5; ///< 0, 1 working; 2, 3 error; 4 finished

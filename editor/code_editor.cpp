@@ -76,7 +76,8 @@ std::string CodeEditor::lineText(long line) const {
     if (line < 0 || line >= lineCount())
         return {};
     const auto number = static_cast<uptr_t>(line);
-    return upper_->range(upper_->call(SCI_POSITIONFROMLINE, number), upper_->call(SCI_GETLINEENDPOSITION, number));
+    return upper_->range(upper_->call(SCI_POSITIONFROMLINE, number),
+                         upper_->call(SCI_GETLINEENDPOSITION, number));
 }
 
 sptr_t CodeEditor::positionOf(EditorPosition position) const {

@@ -49,7 +49,8 @@ class CodeEditor : public SourceEditor {
 
     /// Font of the settings; a fixed-pitch one stands in for a font that is not installed.
     void setFont(const std::string& face, int size);
-    /// Takes a key away from the editor, since the window's menu has it as a shortcut. Modifiers as SCMOD_ values.
+    /// Takes a key away from the editor, since the window's menu has it as a shortcut. Modifiers as SCMOD_
+    /// values.
     void releaseKey(int key, int modifiers);
     void setWaitPointer(bool wait);
 

@@ -22,9 +22,9 @@ CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
     windowClass.hCursor = LoadCursorA(nullptr, std::bit_cast<LPCSTR>(IDC_SIZENS));
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     RegisterClassA(&windowClass); // fails when it is registered already, which is as good
-    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, parent,
-                              std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)), GetModuleHandleA(nullptr),
-                              this);
+    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
+                              0, 0, parent, std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)),
+                              GetModuleHandleA(nullptr), this);
     if (window_ == nullptr)
         throw std::runtime_error("The editor window cannot be made.");
     upper_ = std::make_unique<ScintillaView>(window_);
@@ -59,7 +59,8 @@ void CodeEditor::setUp(const ScintillaView& view) const {
         const auto control = static_cast<uptr_t>(key | (SCMOD_CTRL << 16));
         if (std::string_view("ACVXYZLTDU").find(static_cast<char>(key)) == std::string_view::npos)
             view.call(SCI_ASSIGNCMDKEY, control, sptr_t{SCI_NULL});
-        view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)), sptr_t{SCI_NULL});
+        view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)),
+                  sptr_t{SCI_NULL});
     }
     applyPascalStyle(view, face_, size_, characterSet_);
 }
@@ -96,7 +97,8 @@ void CodeEditor::placePanes() {
     RECT client = {};
     GetClientRect(window_, &client);
     const int upperHeight =
-        lower_ ? std::clamp(splitterPosition_, 0, std::max<int>(client.bottom - splitterHeight, 0)) : client.bottom;
+        lower_ ? std::clamp(splitterPosition_, 0, std::max<int>(client.bottom - splitterHeight, 0))
+               : client.bottom;
     MoveWindow(upper_->window(), 0, 0, client.right, upperHeight, TRUE);
     if (lower_) {
         const int top = upperHeight + splitterHeight;
@@ -107,7 +109,8 @@ void CodeEditor::placePanes() {
 void CodeEditor::dragSplitter(int y) {
     RECT client = {};
     GetClientRect(window_, &client);
-    setSplitterPosition(std::clamp(y, smallestPane, std::max<int>(client.bottom - smallestPane, smallestPane)));
+    setSplitterPosition(
+        std::clamp(y, smallestPane, std::max<int>(client.bottom - smallestPane, smallestPane)));
 }
 
 LRESULT CodeEditor::handle(UINT message, WPARAM first, LPARAM second) {
@@ -147,7 +150,8 @@ LRESULT CALLBACK CodeEditor::windowProcedure(HWND window, UINT message, WPARAM f
         SetWindowLongPtrA(window, GWLP_USERDATA, std::bit_cast<LONG_PTR>(creation->lpCreateParams));
     }
     auto* const editor = std::bit_cast<CodeEditor*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-    return editor != nullptr ? editor->handle(message, first, second) : DefWindowProcA(window, message, first, second);
+    return editor != nullptr ? editor->handle(message, first, second)
+                             : DefWindowProcA(window, message, first, second);
 }
 
 } // namespace tavrel

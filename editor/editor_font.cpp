@@ -16,7 +16,8 @@ struct Search {
 
 int CALLBACK visitFont(const LOGFONTA* font, const TEXTMETRICA* metrics, DWORD, LPARAM parameter) {
     Search& search = *std::bit_cast<Search*>(parameter);
-    const bool fixedPitch = (metrics->tmPitchAndFamily & TMPF_FIXED_PITCH) == 0; // the flag means the opposite
+    const bool fixedPitch =
+        (metrics->tmPitchAndFamily & TMPF_FIXED_PITCH) == 0; // the flag means the opposite
     if (search.fixedPitchOnly && (!fixedPitch || font->lfFaceName[0] == '@'))
         return 1;
     search.found = &font->lfFaceName[0];

@@ -19,19 +19,20 @@ struct Style {
 };
 
 constexpr std::array styles = {
-    Style{SCE_PAS_COMMENT, RGB(0, 116, 32), false},     Style{SCE_PAS_COMMENT2, RGB(0, 116, 32), false},
-    Style{SCE_PAS_COMMENTLINE, RGB(0, 116, 32), false}, Style{SCE_PAS_PREPROCESSOR, RGB(128, 64, 0), false},
+    Style{SCE_PAS_COMMENT, RGB(0, 116, 32), false},       Style{SCE_PAS_COMMENT2, RGB(0, 116, 32), false},
+    Style{SCE_PAS_COMMENTLINE, RGB(0, 116, 32), false},   Style{SCE_PAS_PREPROCESSOR, RGB(128, 64, 0), false},
     Style{SCE_PAS_PREPROCESSOR2, RGB(128, 64, 0), false}, Style{SCE_PAS_NUMBER, RGB(0, 110, 130), false},
-    Style{SCE_PAS_HEXNUMBER, RGB(0, 110, 130), false},  Style{SCE_PAS_WORD, RGB(0, 0, 160), true},
-    Style{SCE_PAS_STRING, RGB(163, 21, 21), false},     Style{SCE_PAS_STRINGEOL, RGB(163, 21, 21), false},
-    Style{SCE_PAS_CHARACTER, RGB(163, 21, 21), false},  Style{SCE_PAS_ASM, RGB(110, 0, 110), false},
+    Style{SCE_PAS_HEXNUMBER, RGB(0, 110, 130), false},    Style{SCE_PAS_WORD, RGB(0, 0, 160), true},
+    Style{SCE_PAS_STRING, RGB(163, 21, 21), false},       Style{SCE_PAS_STRINGEOL, RGB(163, 21, 21), false},
+    Style{SCE_PAS_CHARACTER, RGB(163, 21, 21), false},    Style{SCE_PAS_ASM, RGB(110, 0, 110), false},
 };
 
 /// Reserved words of Turbo Pascal 3.
-constexpr const char* reservedWords =
-    "absolute and array begin case const div do downto else end external file for forward function goto if in inline "
-    "label mod nil not of or overlay packed procedure program record repeat set shl shr string then to type until var "
-    "while with xor";
+constexpr const char* reservedWords = "absolute and array begin case const div do downto else end external "
+                                      "file for forward function goto if in inline "
+                                      "label mod nil not of or overlay packed procedure program record "
+                                      "repeat set shl shr string then to type until var "
+                                      "while with xor";
 
 } // namespace
 

@@ -17,8 +17,9 @@ void registerScintilla() {
 
 ScintillaView::ScintillaView(HWND parent) {
     registerScintilla();
-    window_ = CreateWindowExA(0, "Scintilla", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, 0, 0, 0,
-                              0, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
+    window_ =
+        CreateWindowExA(0, "Scintilla", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, 0,
+                        0, 0, 0, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (window_ == nullptr)
         throw std::runtime_error("The editor component cannot be made.");
     function_ = std::bit_cast<SciFnDirectStatus>(SendMessageA(window_, SCI_GETDIRECTSTATUSFUNCTION, 0, 0));
@@ -48,7 +49,8 @@ std::string ScintillaView::range(sptr_t start, sptr_t end) const {
     if (end <= start)
         return {};
     const sptr_t length = end - start;
-    const auto* const bytes = std::bit_cast<const char*>(call(SCI_GETRANGEPOINTER, static_cast<uptr_t>(start), length));
+    const auto* const bytes =
+        std::bit_cast<const char*>(call(SCI_GETRANGEPOINTER, static_cast<uptr_t>(start), length));
     return std::string(bytes, static_cast<std::size_t>(length));
 }
 

@@ -1,4 +1,5 @@
-// What the program asks of its source editor. Everything but editor/ reaches the editor through this list only.
+// What the program asks of its source editor. Everything but editor/ reaches the editor through this list
+// only.
 #pragma once
 
 #include <string>

@@ -17,8 +17,8 @@ constexpr std::int16_t defaultStartAddress = 0x2E9B;
 constexpr std::int16_t defaultEndAddress = static_cast<std::int16_t>(0xD200);
 
 struct ProjectFileEntry {
-    std::string FileName; ///< as written in the tree or in the directive, without folder
-    std::string Key;      ///< the tree node's key
+    std::string FileName;   ///< as written in the tree or in the directive, without folder
+    std::string Key;        ///< the tree node's key
     std::int32_t Index = 0; ///< the tree node's index
     EditorPosition Position;
 };

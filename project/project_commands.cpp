@@ -30,7 +30,8 @@ std::string projectTarget(Workspace& workspace) {
     request.title = "Save Project";
     request.filter = "Turbo Pascal Projects (*.tpj) | *.tpj";
     request.initialFolder = project.Folder;
-    request.proposedPath = project.Folder + replaceIgnoringCase(workspace.tree.node(2).text, ".pas", "") + ".tpj";
+    request.proposedPath =
+        project.Folder + replaceIgnoringCase(workspace.tree.node(2).text, ".pas", "") + ".tpj";
     return workspace.dialogs.showSaveDialog(request);
 }
 

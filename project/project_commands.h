@@ -14,7 +14,8 @@ void saveProject(Workspace& workspace);
 void saveCurrentFile(Workspace& workspace);
 /// Opens the entry `index` (0 to 4) of the recent list.
 void openRecentEntry(Workspace& workspace, std::size_t index);
-/// What every compile command does first: modified text is saved, without asking, under the selected node's text.
+/// What every compile command does first: modified text is saved, without asking, under the selected node's
+/// text.
 void saveModifiedText(Workspace& workspace);
 
 } // namespace tavrel

@@ -7,8 +7,8 @@
 namespace tavrel {
 
 std::string encodeProjectFile(const ProjectFileContent& content) {
-    return content.name + "\r\n" + hexOf16(content.startAddress) + "\r\n" + hexOf16(content.endAddress) + "\r\n" +
-           content.mainFile + "\r\n";
+    return content.name + "\r\n" + hexOf16(content.startAddress) + "\r\n" + hexOf16(content.endAddress) +
+           "\r\n" + content.mainFile + "\r\n";
 }
 
 ProjectFileContent readProjectFile(const std::string& path) {

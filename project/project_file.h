@@ -18,7 +18,8 @@ struct ProjectFileContent {
 /// The file's bytes.
 std::string encodeProjectFile(const ProjectFileContent& content);
 
-/// Reads a project file; lines after the fourth are ignored. Throws RuntimeError, 62 for fewer than four lines.
+/// Reads a project file; lines after the fourth are ignored. Throws RuntimeError, 62 for fewer than four
+/// lines.
 ProjectFileContent readProjectFile(const std::string& path);
 
 /// Writes a project file over an existing one. Throws RuntimeError.

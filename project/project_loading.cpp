@@ -78,8 +78,8 @@ void addNestedIncludes(Workspace& workspace, std::size_t& counter) {
         try {
             addIncludesOfNode(workspace, node, counter);
         } catch (const RuntimeError& error) {
-            workspace.messages.show("The include file " + workspace.tree.node(node).text + " cannot be read: " +
-                                        std::string(error.text()),
+            workspace.messages.show("The include file " + workspace.tree.node(node).text +
+                                        " cannot be read: " + std::string(error.text()),
                                     "Tavrel", Icon::critical, Buttons::ok);
         }
     }

@@ -7,17 +7,17 @@
 
 namespace tavrel {
 
-/// Loads the main file at `path` (a full path) into the editor and rebuilds everything that hangs on it: tree, file
-/// list, project commands, routine index. Name and addresses of the project are set before. A missing main file is asked
-/// for; when the user cancels, a message says so and all but the editor's text stays as it was.
-/// Throws RuntimeError when a file that is there cannot be read.
+/// Loads the main file at `path` (a full path) into the editor and rebuilds everything that hangs on it:
+/// tree, file list, project commands, routine index. Name and addresses of the project are set before. A
+/// missing main file is asked for; when the user cancels, a message says so and all but the editor's text
+/// stays as it was. Throws RuntimeError when a file that is there cannot be read.
 void LoadProject(Workspace& workspace, const std::string& path);
 
 /// Saves the editor's text when it was modified and loads the project again from disk.
 void RefreshProject(Workspace& workspace);
 
-/// Reads a project file into the record and loads its main file, which always lies beside the project file. A project
-/// file that cannot be read or is too short is reported and nothing changes: false is given back.
+/// Reads a project file into the record and loads its main file, which always lies beside the project file. A
+/// project file that cannot be read or is too short is reported and nothing changes: false is given back.
 bool openProjectFile(Workspace& workspace, const std::string& path);
 
 } // namespace tavrel

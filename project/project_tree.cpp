@@ -9,7 +9,8 @@ void ProjectTree::clear() {
         listener_->nodesCleared();
 }
 
-std::size_t ProjectTree::add(std::size_t parent, const std::string& key, const std::string& text, TreeImage image) {
+std::size_t ProjectTree::add(std::size_t parent, const std::string& key, const std::string& text,
+                             TreeImage image) {
     nodes_.push_back({key, text, image, parent});
     if (listener_ != nullptr)
         listener_->nodeAdded(nodes_.size());

@@ -15,11 +15,11 @@ int imageIndex(TreeImage image) {
 } // namespace
 
 TreeView::TreeView(HWND parent, int controlIdentifier) {
-    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
-                            TVS_SHOWSELALWAYS;
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
+                            TVS_LINESATROOT | TVS_SHOWSELALWAYS;
     window_ = CreateWindowExA(WS_EX_CLIENTEDGE, WC_TREEVIEWA, "", style, 0, 0, 0, 0, parent,
-                              std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)), GetModuleHandleA(nullptr),
-                              nullptr);
+                              std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)),
+                              GetModuleHandleA(nullptr), nullptr);
     if (window_ == nullptr)
         throw std::runtime_error("The project tree cannot be made.");
     ImageList1_ = makeTreeImages();
@@ -53,8 +53,8 @@ void TreeView::nodeAdded(std::size_t index) {
     insertion.item.iImage = imageIndex(node.image);
     insertion.item.iSelectedImage = insertion.item.iImage;
     insertion.item.lParam = static_cast<LPARAM>(index);
-    items_.push_back(
-        std::bit_cast<HTREEITEM>(SendMessageA(window_, TVM_INSERTITEMA, 0, std::bit_cast<LPARAM>(&insertion))));
+    items_.push_back(std::bit_cast<HTREEITEM>(
+        SendMessageA(window_, TVM_INSERTITEMA, 0, std::bit_cast<LPARAM>(&insertion))));
 }
 
 void TreeView::nodeImageChanged(std::size_t index) {

@@ -53,8 +53,8 @@ void LoadSettings(Workspace& workspace);
 /// Writes the settings, then applies the file association. Throws RuntimeError.
 void SaveSettings(Workspace& workspace);
 
-/// Puts a path at the head of the recent list, stores the list and shows it. A path that is in the list already changes
-/// nothing. Throws RuntimeError when the settings cannot be written.
+/// Puts a path at the head of the recent list, stores the list and shows it. A path that is in the list
+/// already changes nothing. Throws RuntimeError when the settings cannot be written.
 void AddRecentFile(Workspace& workspace, const std::string& path);
 
 /// Refreshes the routine list of the selected file when tooltips are on; a message tells when it has none.

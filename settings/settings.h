@@ -19,7 +19,7 @@ constexpr std::size_t recentCount = 5;
 /// Field order is file order.
 struct Settings {
     std::string EmulatorPath;
-    std::string EmulatorArgs; ///< %dsk stands for the disk image
+    std::string EmulatorArgs;                    ///< %dsk stands for the disk image
     std::array<std::string, recentCount> Recent; ///< recently opened files, full paths, the newest first
     std::string DiskImageDir;
     StoredBoolean RegisterTpj = storedFalse;

@@ -27,7 +27,8 @@ std::string WindowsClassesRegistry::readText(const std::string& key, const std::
     const Key owned(opened);
     DWORD type = 0;
     DWORD size = 0;
-    if (RegQueryValueExA(opened, valueName.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS || type != REG_SZ)
+    if (RegQueryValueExA(opened, valueName.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS ||
+        type != REG_SZ)
         return {};
     std::string text(size, '\0');
     auto* const bytes = static_cast<BYTE*>(static_cast<void*>(text.data()));
@@ -40,7 +41,8 @@ bool WindowsClassesRegistry::createKey(const std::string& key) {
     return createOrOpen(key) != nullptr;
 }
 
-void WindowsClassesRegistry::writeText(const std::string& key, const std::string& valueName, const std::string& text) {
+void WindowsClassesRegistry::writeText(const std::string& key, const std::string& valueName,
+                                       const std::string& text) {
     const Key opened = createOrOpen(key);
     if (!opened)
         return;

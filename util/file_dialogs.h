@@ -32,12 +32,12 @@ class FileDialogs {
     virtual std::string BrowseForFolder(const std::string& prompt) = 0;
 };
 
-/// The filter in the dialog's own form: a bar is added at the end unless there is one, and every bar becomes a
-/// zero character. Blanks beside the bars stay.
+/// The filter in the dialog's own form: a bar is added at the end unless there is one, and every bar becomes
+/// a zero character. Blanks beside the bars stay.
 std::string dialogFilter(std::string_view filter);
 
-/// The path in the buffer that an open dialog filled: blanks trimmed from both ends, then one zero character at the
-/// end taken off.
+/// The path in the buffer that an open dialog filled: blanks trimmed from both ends, then one zero character
+/// at the end taken off.
 std::string pathFromDialogBuffer(std::string_view buffer);
 
 /// Flags of the open dialog (OFN_ values of the Windows API).

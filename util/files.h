@@ -1,5 +1,5 @@
-// Files, with failures as the classic runtime's errors. Paths are Windows paths in the ANSI code page; outside
-// Windows (tests) a backslash in a path stands for the system's separator.
+// Files, with failures as the classic runtime's errors. Paths are Windows paths in the ANSI code page;
+// outside Windows (tests) a backslash in a path stands for the system's separator.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ bool FileExists(const std::string& path);
 /// All bytes of a file. Throws RuntimeError 53, 57, 70, 75 or 76.
 std::string readWholeFile(const std::string& path);
 
-/// Makes `bytes` the file's content, or leaves the old file as it was and throws RuntimeError (52, 57, 61, 70, 75,
-/// 76): a new file is written beside it, flushed, closed, and then put in its place by one rename.
+/// Makes `bytes` the file's content, or leaves the old file as it was and throws RuntimeError (52, 57, 61,
+/// 70, 75, 76): a new file is written beside it, flushed, closed, and then put in its place by one rename.
 void writeWholeFile(const std::string& path, std::string_view bytes);
 
 /// Deletes a file. Throws RuntimeError 53, 70, 75 or 76.

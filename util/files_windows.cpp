@@ -135,7 +135,8 @@ void writeWholeFile(const std::string& path, std::string_view bytes) {
     const std::string fresh = makeFileBeside(path);
     FileHandle file = openFile(fresh, GENERIC_WRITE, OPEN_EXISTING);
     DWORD code = file ? writeAndClose(std::move(file), bytes, true) : GetLastError();
-    if (code == 0 && MoveFileExA(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
+    if (code == 0 &&
+        MoveFileExA(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
         code = GetLastError();
     if (code != 0) {
         DeleteFileA(fresh.c_str());

@@ -9,8 +9,8 @@ namespace tavrel {
 class ProcessRunner {
   public:
     virtual ~ProcessRunner() = default;
-    /// Starts a command line, with its window hidden unless `showWindow`, and when `wait` is set comes back only after
-    /// it has ended, the user interface staying alive meanwhile. A failed start is not reported.
+    /// Starts a command line, with its window hidden unless `showWindow`, and when `wait` is set comes back
+    /// only after it has ended, the user interface staying alive meanwhile. A failed start is not reported.
     virtual void ShellAndWait(const std::string& commandLine, bool showWindow, bool wait) = 0;
 };
 

@@ -33,7 +33,8 @@ std::string_view runtimeErrorText(RuntimeErrorNumber number) {
 }
 
 RuntimeError::RuntimeError(RuntimeErrorNumber number, std::string detail)
-    : std::runtime_error(std::string(runtimeErrorText(number))), number_(number), detail_(std::move(detail)) {}
+    : std::runtime_error(std::string(runtimeErrorText(number))), number_(number), detail_(std::move(detail)) {
+}
 
 std::string RuntimeError::message() const {
     std::string message(text());

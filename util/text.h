@@ -32,8 +32,8 @@ std::string hexOf16(std::int16_t value);
 /// 16 bits of their value as a signed number; 0 when there is no digit.
 std::int16_t evaluateHex(std::string_view text);
 
-/// The number at the start of a text: blanks, tabs and line feeds are passed over wherever they stand, reading
-/// stops at the first character that cannot be part of a number; 0 when there is none.
+/// The number at the start of a text: blanks, tabs and line feeds are passed over wherever they stand,
+/// reading stops at the first character that cannot be part of a number; 0 when there is none.
 double numericValue(std::string_view text);
 
 /// Nearest integer, a half goes to the even neighbour (banker's rounding). The value must fit.

@@ -7,8 +7,8 @@ namespace {
 TwipsRectangle windowInTwips(HWND window, const ScreenScale& scale) {
     RECT pixels = {};
     GetWindowRect(window, &pixels);
-    return {scale.toTwipsX(pixels.left), scale.toTwipsY(pixels.top), scale.toTwipsX(pixels.right - pixels.left),
-            scale.toTwipsY(pixels.bottom - pixels.top)};
+    return {scale.toTwipsX(pixels.left), scale.toTwipsY(pixels.top),
+            scale.toTwipsX(pixels.right - pixels.left), scale.toTwipsY(pixels.bottom - pixels.top)};
 }
 
 } // namespace
@@ -32,8 +32,8 @@ void CenterForm(HWND owner, HWND dialog) {
 void SetTopMost(HWND window, bool on) {
     const ScreenScale scale = screenScale();
     const TwipsRectangle place = windowInTwips(window, scale);
-    SetWindowPos(window, on ? HWND_TOPMOST : HWND_NOTOPMOST, scale.toPixelsX(place.left), scale.toPixelsY(place.top),
-                 scale.toPixelsX(place.width), scale.toPixelsY(place.height), 0);
+    SetWindowPos(window, on ? HWND_TOPMOST : HWND_NOTOPMOST, scale.toPixelsX(place.left),
+                 scale.toPixelsY(place.top), scale.toPixelsX(place.width), scale.toPixelsY(place.height), 0);
 }
 
 } // namespace tavrel

@@ -54,7 +54,8 @@ OPENFILENAMEA dialogRecord(HWND owner, const std::string& filter, const std::str
 
 } // namespace
 
-Answer WindowsMessageBoxes::show(const std::string& text, const std::string& title, Icon icon, Buttons buttons) {
+Answer WindowsMessageBoxes::show(const std::string& text, const std::string& title, Icon icon,
+                                 Buttons buttons) {
     switch (MessageBoxA(owner_, text.c_str(), title.c_str(), iconFlag(icon) | buttonFlag(buttons))) {
     case IDYES:
         return Answer::yes;
@@ -71,12 +72,13 @@ std::string WindowsFileDialogs::ShowOpenDialog(const OpenDialogRequest& request)
     const std::string filter = dialogFilter(request.filter);
     std::string file(bufferLength, ' ');
     std::string fileTitle(bufferLength, ' ');
-    // A buffer that starts with blanks would come up as the name "   "; the dialog is given an empty name and the
-    // blanks behind it.
+    // A buffer that starts with blanks would come up as the name "   "; the dialog is given an empty name and
+    // the blanks behind it.
     file[0] = '\0';
     OPENFILENAMEA record = dialogRecord(owner_, filter, request.title, request.initialFolder);
     record.lpstrFile = file.data();
-    record.nMaxFile = static_cast<DWORD>(bufferLength + 1); // std::string keeps a zero behind its last character
+    record.nMaxFile =
+        static_cast<DWORD>(bufferLength + 1); // std::string keeps a zero behind its last character
     record.lpstrFileTitle = fileTitle.data();
     record.nMaxFileTitle = static_cast<DWORD>(bufferLength + 1);
     record.Flags = openDialogFlags(request.multipleSelection);

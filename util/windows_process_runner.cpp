@@ -22,8 +22,8 @@ class ProcessHandle {
     ProcessHandle(const ProcessHandle&) = delete;
     ProcessHandle& operator=(const ProcessHandle&) = delete;
 
-    /// Comes back true when the process has ended, or false after a slice or as soon as a window message waits, so that
-    /// windows stay live. Without a process it only passes the time: such a wait has no end.
+    /// Comes back true when the process has ended, or false after a slice or as soon as a window message
+    /// waits, so that windows stay live. Without a process it only passes the time: such a wait has no end.
     bool endedWithinSlice() const {
         if (handle_ != nullptr && WaitForSingleObject(handle_, 0) == WAIT_OBJECT_0)
             return true;
@@ -48,8 +48,8 @@ void WindowsProcessRunner::ShellAndWait(const std::string& commandLine, bool sho
     PROCESS_INFORMATION started = {};
     std::vector<char> command(commandLine.begin(), commandLine.end());
     command.push_back('\0'); // the call may write into its command line
-    CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr, nullptr, &startUp,
-                   &started);
+    CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr, nullptr,
+                   &startUp, &started);
     const ProcessHandle process(started.hProcess);
     if (started.hThread != nullptr)
         CloseHandle(started.hThread);

@@ -2,6 +2,7 @@
 #include "app/command_table.h"
 #include "app/form1.h"
 #include "tests/support/fakes.h"
+#include "util/runtime_error.h"
 #include "util/window_placing.h"
 
 #include <bit>
@@ -68,9 +69,9 @@ struct MainWindow : testing::Test {
 
 TEST_F(MainWindow, OpensWithTheProjectCommandsDisabled) {
     start();
-    for (const UINT command : {mnuSave, mnuPrint, mnuCompile, mnuCompileRun, mnuProp, mnuRefresh, mnuNewInc,
-                               mnuOpenIncfile, mnuCompileCHN})
-        EXPECT_FALSE(form->commandEnabled(command)) << command;
+    for (const int command : {mnuSave, mnuPrint, mnuCompile, mnuCompileRun, mnuProp, mnuRefresh, mnuNewInc,
+                              mnuOpenIncfile, mnuCompileCHN})
+        EXPECT_FALSE(form->commandEnabled(static_cast<UINT>(command))) << command;
     EXPECT_EQ(panel(2), "Current View: no file");
     tick();
     EXPECT_EQ(panel(1), "Line: 1 Col: 1");
@@ -86,8 +87,8 @@ TEST_F(MainWindow, EveryRowOfTheCommandTableIsInTheMenuOnce) {
         if (row.kind == RowKind::menu)
             continue;
         std::string caption(64, '\0');
-        caption.resize(static_cast<std::size_t>(
-            GetMenuStringA(bar, row.identifier, caption.data(), static_cast<int>(caption.size()), MF_BYCOMMAND)));
+        caption.resize(static_cast<std::size_t>(GetMenuStringA(
+            bar, row.identifier, caption.data(), static_cast<int>(caption.size()), MF_BYCOMMAND)));
         if (row.kind == RowKind::command) {
             EXPECT_EQ(caption.substr(0, caption.find('\t')), row.caption) << row.name;
         }

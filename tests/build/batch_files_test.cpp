@@ -23,10 +23,11 @@ TEST(BatchFiles, EveryPasEndingIsRemovedFromTheName) {
 }
 
 TEST(BatchFiles, LauncherKeepsItsDoubledBackslashes) {
-    const std::string expected = "SET SDL_VIDEODRIVER=dummy\r\n"
-                                 "C:\\T\\compiler\\DOSBox-0.74\\DOSBox.exe -conf C:\\T\\\\compiler\\temp.conf "
-                                 "\"C:\\P\\\\turbopc.bat\" -noconsole -exit\r\n"
-                                 "SET SDL_VIDEODRIVER=\r\n";
+    const std::string expected =
+        "SET SDL_VIDEODRIVER=dummy\r\n"
+        "C:\\T\\compiler\\DOSBox-0.74\\DOSBox.exe -conf C:\\T\\\\compiler\\temp.conf "
+        "\"C:\\P\\\\turbopc.bat\" -noconsole -exit\r\n"
+        "SET SDL_VIDEODRIVER=\r\n";
     EXPECT_EQ(launchScript("C:\\T\\", "C:\\P\\"), expected);
     EXPECT_EQ(launchScript("C:\\T", "C:\\P"), expected);
 }

@@ -58,8 +58,8 @@ struct Build : testing::Test {
         LoadProject(test.workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n"));
     }
     bool kitIsGone() const {
-        return !test.folder.has("TP3.EXE") && !test.folder.has("DOS2CASH.COM") && !test.folder.has("RUNTIME.COM") &&
-               !test.folder.has("turbopc.bat");
+        return !test.folder.has("TP3.EXE") && !test.folder.has("DOS2CASH.COM") &&
+               !test.folder.has("RUNTIME.COM") && !test.folder.has("turbopc.bat");
     }
     bool build(Output output = Output::com) { return DoCompilation(test.workspace, tools, output); }
 };
@@ -67,7 +67,8 @@ struct Build : testing::Test {
 TEST_F(Build, SuccessShowsTheSizeLines) {
     test.processes.work = [this] {
         EXPECT_EQ(test.folder.read("TP3.EXE"), "TP3.EXE");
-        EXPECT_EQ(test.folder.read("turbopc.bat"), compileScript(Output::com, "M", 0x2E9B, defaultEndAddress));
+        EXPECT_EQ(test.folder.read("turbopc.bat"),
+                  compileScript(Output::com, "M", 0x2E9B, defaultEndAddress));
         EXPECT_TRUE(test.display.waitPointer);
         test.folder.write("result.txt", "Hi\r\nCode: 1\r\nData: 2\r\nFree: 3\r\n");
         test.folder.write("stdout.txt", "");
@@ -85,7 +86,8 @@ TEST_F(Build, SuccessShowsTheSizeLines) {
     EXPECT_EQ(test.processes.runs[0].commandLine, test.program.path() + "compiler\\rundb.bat");
     EXPECT_FALSE(test.processes.runs[0].showWindow);
     EXPECT_TRUE(test.processes.runs[0].wait);
-    EXPECT_EQ(test.program.read("compiler\\rundb.bat"), launchScript(test.program.path(), test.folder.path()));
+    EXPECT_EQ(test.program.read("compiler\\rundb.bat"),
+              launchScript(test.program.path(), test.folder.path()));
 }
 
 TEST_F(Build, AnErrorMovesTheEditorToTheFailingLine) {
@@ -140,8 +142,8 @@ TEST_F(Build, ExactlyADiskfulBuildsAndOneByteMoreIsRefused) {
     test.folder.write("MORE.DAT", "x");
     EXPECT_TRUE(build());
     EXPECT_EQ(test.processes.runs.size(), 1U);
-    EXPECT_EQ(progress.words, "The project directory \r\n" + test.folder.path() +
-                                  "\r\ncannot have more than 720kb of files");
+    EXPECT_EQ(progress.words,
+              "The project directory \r\n" + test.folder.path() + "\r\ncannot have more than 720kb of files");
     EXPECT_TRUE(progress.images[3]);
     EXPECT_TRUE(progress.timer2);
     EXPECT_FALSE(test.display.waitPointer);

@@ -15,8 +15,8 @@ TEST(RoutineIndex, HeaderIsWhatStandsBehindTheKeyword) {
 }
 
 TEST(RoutineIndex, OtherLinesAreNoHeaders) {
-    for (const char* const line :
-         {"function", "function\tX;", "{ function X }", "\tprocedure X;", "", "functional X", "procedure\r\n"})
+    for (const char* const line : {"function", "function\tX;", "{ function X }", "\tprocedure X;", "",
+                                   "functional X", "procedure\r\n"})
         EXPECT_FALSE(routineHeader(line)) << line;
 }
 

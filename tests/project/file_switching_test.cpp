@@ -1,7 +1,7 @@
 #include "project/file_switching.h"
-#include "util/files.h"
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
+#include "util/files.h"
 
 #include <gtest/gtest.h>
 

@@ -66,7 +66,8 @@ TEST(ProjectLoading, AnIncludeThatCannotBeReadIsSkippedWithAMessage) {
     TestWorkspace test;
     test.workspace.settings.UseTooltips = storedFalse;
     test.folder.makeFolder("SUB");
-    test.folder.write("SUB\\X.INC", "y\r\n"); // the node's text drops the folder, so the second look misses it
+    test.folder.write("SUB\\X.INC",
+                      "y\r\n"); // the node's text drops the folder, so the second look misses it
     LoadProject(test.workspace, test.folder.write("M.PAS", "{$I sub\\x.inc}\r\n"));
     ASSERT_EQ(test.messages.shown.size(), 1U);
     EXPECT_NE(test.messages.shown[0].text.find("X.INC"), std::string::npos);

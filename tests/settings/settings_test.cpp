@@ -12,7 +12,8 @@ using namespace std::string_literals;
 
 TEST(Settings, DefaultsAreStoredToTheByte) {
     const std::string expected = "\0\0"s + "\x11\0-diska %dsk -msx2"s + std::string(10, '\0') +
-                                 "\x09\0C:\\T\\dsk\\"s + "\0\0\0\0\xFF\xFF\xFF\xFF"s + "\x0B\0"s + "\x08\0Terminal"s;
+                                 "\x09\0C:\\T\\dsk\\"s + "\0\0\0\0\xFF\xFF\xFF\xFF"s + "\x0B\0"s +
+                                 "\x08\0Terminal"s;
     EXPECT_EQ(encodeSettings(SetDefaultSettings("C:\\T\\")), expected);
 }
 

@@ -42,8 +42,10 @@ TEST(Files, BytesComeBackAsTheyWere) {
 TEST(Files, ErrorsTellAMissingFileFromAMissingFolder) {
     const test::TemporaryFolder folder;
     EXPECT_EQ(numberOf([&] { readWholeFile(folder.path() + "no.txt"); }), RuntimeErrorNumber::fileNotFound);
-    EXPECT_EQ(numberOf([&] { readWholeFile(folder.path() + "no\\no.txt"); }), RuntimeErrorNumber::pathNotFound);
-    EXPECT_EQ(numberOf([&] { writeWholeFile(folder.path() + "no\\no.txt", "x"); }), RuntimeErrorNumber::pathNotFound);
+    EXPECT_EQ(numberOf([&] { readWholeFile(folder.path() + "no\\no.txt"); }),
+              RuntimeErrorNumber::pathNotFound);
+    EXPECT_EQ(numberOf([&] { writeWholeFile(folder.path() + "no\\no.txt", "x"); }),
+              RuntimeErrorNumber::pathNotFound);
     EXPECT_EQ(numberOf([&] { deleteFile(folder.path() + "no.txt"); }), RuntimeErrorNumber::fileNotFound);
 }
 

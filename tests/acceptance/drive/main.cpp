@@ -1,5 +1,5 @@
-// drive.exe: uses a running Tavrel as its user would, from the command line. Exit codes: 0 done, 1 the program said no,
-// 2 it did not come to the awaited state in time, 3 wrong use.
+// drive.exe: uses a running Tavrel as its user would, from the command line. Exit codes: 0 done, 1 the
+// program said no, 2 it did not come to the awaited state in time, 3 wrong use.
 #include "app/command_table.h"
 #include "app/resource.h"
 #include "tests/acceptance/drive/remote.h"
@@ -123,7 +123,8 @@ int chooseCommand(const Options& options, const CommandRow& row) {
 }
 
 bool isOutcome(const std::string& text) {
-    return text.find("Sucessfully compiled") != std::string::npos || text.find("Error : ") != std::string::npos ||
+    return text.find("Sucessfully compiled") != std::string::npos ||
+           text.find("Error : ") != std::string::npos ||
            text.find("cannot have more than 720kb") != std::string::npos;
 }
 
@@ -163,7 +164,8 @@ int compileAndReport(const Options& options) {
 
 int printTree(const Options& options) {
     for (const TreeEntry& entry : treeEntries(GetDlgItem(mainWindow(options), Form1_TV)))
-        std::printf("%*s%s%s [%d]\n", entry.depth * 2, "", entry.selected ? "*" : "", entry.text.c_str(), entry.image);
+        std::printf("%*s%s%s [%d]\n", entry.depth * 2, "", entry.selected ? "*" : "", entry.text.c_str(),
+                    entry.image);
     return 0;
 }
 
@@ -202,7 +204,8 @@ int printCaret(const Options& options) {
     const LRESULT line = SendMessageA(pane, SCI_LINEFROMPOSITION, static_cast<WPARAM>(position), 0);
     const LRESULT start = SendMessageA(pane, SCI_POSITIONFROMLINE, static_cast<WPARAM>(line), 0);
     const LRESULT marked = SendMessageA(pane, SCI_MARKERNEXT, 0, 1);
-    std::printf("line %ld column %ld highlighted %s\n", static_cast<long>(line + 1), static_cast<long>(position - start + 1),
+    std::printf("line %ld column %ld highlighted %s\n", static_cast<long>(line + 1),
+                static_cast<long>(position - start + 1),
                 marked < 0 ? "none" : std::to_string(marked + 1).c_str());
     return 0;
 }

@@ -65,7 +65,8 @@ TreeEntry readEntry(HWND tree, const RemoteMemory& memory, HTREEITEM item, int d
     return entry;
 }
 
-void collect(HWND tree, const RemoteMemory& memory, HTREEITEM item, int depth, std::vector<TreeEntry>& entries) {
+void collect(HWND tree, const RemoteMemory& memory, HTREEITEM item, int depth,
+             std::vector<TreeEntry>& entries) {
     for (; item != nullptr; item = neighbour(tree, TVGN_NEXT, item)) {
         entries.push_back(readEntry(tree, memory, item, depth));
         collect(tree, memory, neighbour(tree, TVGN_CHILD, item), depth + 1, entries);

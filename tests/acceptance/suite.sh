@@ -1,0 +1,72 @@
+#!/bin/bash
+# The whole program, used as a user would: starts out/Tavrel/Tavrel.exe with the sample project, compiles, reads the
+# progress window. Needs a display, Wine with WINEPREFIX set, an assembled program folder and drive.exe.
+set -u
+root=$(cd "$(dirname "$0")/../.." && pwd)
+program=$root/out/Tavrel
+drive_program=$root/out/bin/drive.exe
+export LC_ALL=C.UTF-8 WINEDEBUG=${WINEDEBUG:--all}
+work=$(mktemp -d)
+passed=0
+failed=0
+tavrel_process=
+
+cleanup() {
+  [[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null
+  rm -rf "$work"
+}
+trap cleanup EXIT
+
+drive() { wine "$drive_program" "$@" --timeout 60 2> /dev/null | tr -d '\r'; return "${PIPESTATUS[0]}"; }
+start() {
+  wine "$program/Tavrel.exe" "$(winepath -w "$1" 2> /dev/null)" > /dev/null 2>&1 &
+  tavrel_process=$!
+}
+# Closes the program; $ended says how that went. Not for a subshell: the program is this shell's child.
+stop() {
+  drive close > /dev/null
+  wait "$tavrel_process"
+  ended="ended $?"
+  tavrel_process=
+}
+
+# check NAME EXPECTED-PART ACTUAL
+check() {
+  if [[ $3 == *"$2"* ]]; then
+    echo "ok   $1"
+    passed=$((passed + 1))
+  else
+    printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
+    failed=$((failed + 1))
+  fi
+}
+
+cp "$root"/share/samples/hello/* "$work"/
+start "$work/HELLO.TPJ"
+check "the sample project fills the tree" "*HELLO.PAS" "$(drive tree)"
+check "the include hangs below the main file" "    HELLO.INC" "$(drive tree)"
+check "the status line names the file" "Current View: HELLO.PAS" "$(drive status)"
+check "the editor shows the main file" "program Hello;" "$(drive text)"
+check "F6 compiles the sample" "No errors - Sucessfully compiled" "$(drive compile-and-report --key)"
+check "the program has been made" "HELLO.COM" "$(ls "$work" | tr a-z A-Z)"
+check "the kit has been taken out again" "kit: 0" "kit: $(ls "$work" | grep -c -i -E 'tp3|runtime|dos2cash|turbopc')"
+stop
+check "the program ends when it is closed" "ended 0" "$ended"
+
+# An error in the include file; line 4 of it cannot be Pascal.
+sed -i '4s/.*/  ] nonsense;\r/' "$work/HELLO.INC"
+start "$work/HELLO.TPJ"
+check "an error in an include is told" "HELLO.INC: line 4" "$(drive compile-and-report)"
+check "the caret stands on the failing line" "line 4 column 1 highlighted 4" "$(drive caret)"
+check "the failing file is shown" "Current View: HELLO.INC" "$(drive status)"
+stop
+check "the program still ends when it is closed" "ended 0" "$ended"
+
+printf 'Hello\r\n2E9B\r\n' > "$work/SHORT.TPJ"
+start "$work/SHORT.TPJ"
+check "a short project file is told" "fewer than four lines" "$(drive answer OK)"
+stop
+check "and the program lives on" "ended 0" "$ended"
+
+echo "$passed passed, $failed failed"
+((failed == 0))
