@@ -72,5 +72,18 @@ expect 'exit code 0' test -e "$work/CODE.TXT"
 in_dos_with_code DOS2CASH 0
 expect 'nothing to do is no failure' test -e "$work/CODE.TXT" -a ! -s "$work/OUT.TXT"
 
+# The build's script glues library and program with a COPY that DOSBox alone would not understand.
+printf 'LIBRARY' > "$work/RUNTIME.COM"
+printf 'PROGRAM' > "$work/GAME.CHN"
+printf 'DOS2CASH\r\ncopy runtime.com/b + GAME.chn/b GAME.com\r\n' > "$work/TURBOPC.BAT"
+script_length=$(stat -c %s "$work/TURBOPC.BAT")
+in_dos TURBOPC
+expect 'library and program are glued' test "$(cat "$work/GAME.COM")" = LIBRARYPROGRAM
+expect 'the script keeps its length' test "$(stat -c %s "$work/TURBOPC.BAT")" = "$script_length"
+printf 'DOS2CASH\r\nTP3 GAME /H > result.txt\r\n' > "$work/TURBOPC.BAT"
+cp "$work/TURBOPC.BAT" "$work/SAME.TXT"
+in_dos_with_code DOS2CASH 0
+expect 'a script without that line stays as it is' cmp -s "$work/TURBOPC.BAT" "$work/SAME.TXT"
+
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
