@@ -49,6 +49,11 @@ check "the status line names the file" "Current View: HELLO.PAS" "$(drive status
 check "the editor shows the main file" "program Hello;" "$(drive text)"
 check "F6 compiles the sample" "No errors - Sucessfully compiled" "$(drive compile-and-report --key)"
 check "the program has been made" "HELLO.COM" "$(ls "$work" | tr a-z A-Z)"
+made=$(find "$work" -iname HELLO.COM)
+fpc -Mtp -v0 -o"$work/peer" "$work/HELLO.PAS" > /dev/null 2>&1
+check "the program prints what Free Pascal's prints" "same" \
+  "$(cmp <("$root/out/bin/msxrun" "$made" | tr -d '\r') <("$work/peer") && echo same)"
+rm -f "$work/peer" "$work"/*.o
 check "the kit has been taken out again" "kit: 0" "kit: $(ls "$work" | grep -c -i -E 'tp3|runtime|dos2cash|turbopc')"
 stop
 check "the program ends when it is closed" "ended 0" "$ended"
@@ -62,11 +67,57 @@ check "the failing file is shown" "Current View: HELLO.INC" "$(drive status)"
 stop
 check "the program still ends when it is closed" "ended 0" "$ended"
 
+# An error in the main file, on its first and on its last line.
+cp "$root"/share/samples/hello/* "$work"/
+sed -i '1s/.*/] broken\r/' "$work/HELLO.PAS"
+start "$work/HELLO.TPJ"
+check "an error in the first line is told" "HELLO.PAS: line 1" "$(drive compile-and-report)"
+check "the caret stands on the first line" "line 1 column 1 highlighted 1" "$(drive caret)"
+stop
+
+# What is wrong with a project is told, and the program lives on.
 printf 'Hello\r\n2E9B\r\n' > "$work/SHORT.TPJ"
 start "$work/SHORT.TPJ"
 check "a short project file is told" "fewer than four lines" "$(drive answer OK)"
 stop
-check "and the program lives on" "ended 0" "$ended"
+check "a short project file ends nothing" "ended 0" "$ended"
+
+printf 'Lost\r\n2E9B\r\nD200\r\nLOST.PAS\r\n' > "$work/LOST.TPJ"
+start "$work/LOST.TPJ"
+check "a missing main file is asked for" "" "$(drive answer Cancel)"
+check "a missing main file is told" "Could not find the file LOST.PAS" "$(drive answer OK)"
+stop
+check "a missing main file ends nothing" "ended 0" "$ended"
+
+head -c 20000 /dev/urandom > "$work/NOISE.PAS"
+cp "$work/NOISE.PAS" "$work/noise.copy"
+printf 'Noise\r\n2E9B\r\nD200\r\nNOISE.PAS\r\n' > "$work/NOISE.TPJ"
+start "$work/NOISE.TPJ"
+check "a source of random bytes is an error" "Error :" "$(drive compile-and-report)"
+check "random bytes stay as they are" "same" "$(cmp "$work/NOISE.PAS" "$work/noise.copy" && echo same)"
+stop
+check "random bytes end nothing" "ended 0" "$ended"
+
+printf 'program Snake;\r\n{$I TAIL.INC}\r\nbegin\r\nend.\r\n' > "$work/SNAKE.PAS"
+printf '{$I TAIL.INC}\r\n' > "$work/TAIL.INC"
+printf 'Snake\r\n2E9B\r\nD200\r\nSNAKE.PAS\r\n' > "$work/SNAKE.TPJ"
+start "$work/SNAKE.TPJ"
+check "an include that includes itself is loaded" "TAIL.INC" "$(drive tree)"
+check "an include that includes itself is an error" "Error : 96" "$(drive compile-and-report)"
+stop
+check "an include that includes itself ends nothing" "ended 0" "$ended"
+
+# A program folder that lacks a part of the compiler.
+cp "$root"/share/samples/hello/* "$work"/
+program=$work/incomplete
+cp -r "$root/out/Tavrel" "$program"
+rm "$program/compiler/RUNTIME.COM"
+start "$work/HELLO.TPJ"
+drive menu mnuCompile > /dev/null
+check "a missing kit file is told" "RUNTIME.COM" "$(drive answer OK)"
+check "nothing of the kit is left behind" "kit: 0" "kit: $(ls "$work" | grep -c -i -E 'tp3|dos2cash|turbopc')"
+stop
+check "a missing kit file ends nothing" "ended 0" "$ended"
 
 echo "$passed passed, $failed failed"
 ((failed == 0))
