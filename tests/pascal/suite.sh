@@ -30,7 +30,6 @@ visible() {
 run_program() {
   local arguments code
   read -ra arguments <<< "$(word arguments "$2")"
-  section input "$2" > "$4/input"
   "$msxrun" --disk "$4" --limit "$limit" "$1" "${arguments[@]}" < "$4/input" > "$4/raw" 2> "$4/messages"
   code=$?
   visible < "$4/raw" > "$3"
@@ -89,6 +88,7 @@ one() {
     return
   fi
   section output "$source" > "$work/expected"
+  section input "$source" > "$work/input"
   wanted=$(word exit "$source")
   for start in "${starts[@]}"; do
     if "$tp3" "$source" -o "$work/P.COM" --start "$start" > "$work/actual" 2>&1; then
@@ -113,6 +113,7 @@ show() {
   local code
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
+  section input "$1" > "$work/input"
   "$tp3" "$1" -o "$work/P.COM" > "$work/messages" 2>&1 || { cat "$work/messages"; return 1; }
   run_program "$work/P.COM" "$1" "$work/actual" "$work"
   code=$?
