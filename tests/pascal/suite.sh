@@ -61,7 +61,7 @@ expected_from_free_pascal() {
   if has_section 'fpc output' "$1"; then
     section 'fpc output' "$1"
   elif [[ $(word exit "$1") == 4 ]]; then
-    section output "$1" | sed '/^$/{N;/\nRun-time error/,$d}' | sed '/^Run-time error/,$d'
+    section output "$1" | awk '/^Run-time error/ { exit } NR > 1 { print held } { held = $0 } END { if (held != "") print held }'
   else
     section output "$1"
   fi
