@@ -40,11 +40,15 @@
         ld      (hl),0                  ; one ^Z ends one Read
         ret
 
-; readLine: a ReadLn is done: the rest of the line is dropped and its end echoed. Destroys all.
+; readLine: a ReadLn is done: the rest of the line is dropped and its end echoed. A ReadLn without items that follows no
+; Read takes a line of its own. Destroys all.
 @readLine:
         ld      (entryStack),sp
         call    inputIsBuffered
         jr      z,_unbuffered
+        ld      a,(lineTaken)
+        or      a
+        call    z,@readBegin            ; takes none after an I/O error
         ld      hl,lineTaken
         ld      a,(hl)
         ld      (hl),0

@@ -1,0 +1,46 @@
+#!/bin/bash
+# The compiler in DOS and the native one must make the same bytes: TP3.EXE compiles every program of tests/pascal in one
+# run of DOSBox, as the product does it, and the chain images are compared with those of out/bin/tp3 --chn.
+#   tests/dosbuild/suite.sh [folder with TP3.EXE]
+# Last line: N passed, N failed. Exit code 0 when nothing failed.
+set -u
+root=$(cd "$(dirname "$0")/../.." && pwd)
+programs=${1:-$root/out/build/dos/kit/dos}
+tp3=$root/out/bin/tp3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+passed=0
+failed=0
+
+if [[ ! -f $programs/TP3.EXE || ! -x $tp3 ]]; then
+  echo "missing: $programs/TP3.EXE or $tp3"
+  echo "0 passed, 1 failed"
+  exit 1
+fi
+mkdir "$work/native"
+cp "$programs/TP3.EXE" "$root"/tests/pascal/*.PAS "$work" || exit 1
+{
+  printf '@echo off\r\n'
+  for source in "$work"/*.PAS; do
+    name=$(basename "$source" .PAS)
+    printf 'TP3 %s /H /S2E9B /ED200 /R%s.ERR > %s.TXT\r\n' "$name" "$name" "$name"
+  done
+} > "$work/GO.BAT"
+SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 300 dosbox \
+  -conf "$root/share/program/compiler/temp.conf" "$work/GO.BAT" -noconsole -exit > /dev/null 2>&1
+
+for source in "$work"/*.PAS; do
+  name=$(basename "$source" .PAS)
+  native=$work/native/$name.CHN
+  if ! "$tp3" "$source" --chn -o "$native" --start 2E9B --end D200 > "$work/messages" 2>&1; then
+    echo "FAIL $name: $(head -1 "$work/messages")"
+    failed=$((failed + 1))
+  elif cmp "$native" "$work/$name.CHN"; then
+    passed=$((passed + 1))
+  else
+    echo "FAIL $name: TP3.EXE makes other bytes; it says: $(head -2 "$work/$name.TXT")"
+    failed=$((failed + 1))
+  fi
+done
+echo "$passed passed, $failed failed"
+((passed > 0 && failed == 0))
