@@ -304,6 +304,9 @@ void Selector::dividePower(Ir& ir) {
     const std::int32_t power = ir.b.n;
     fetchOwn(ir.a, hlOnly);
     const Pair bias = power > 1 ? takePair(notHl) : Pair::sp;
+    if (bias != Pair::sp) {
+        lock(bias);
+    }
     if (power >= 8) {
         makeFree(Reg::a);
     }
