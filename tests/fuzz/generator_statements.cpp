@@ -207,7 +207,7 @@ void Generator::forStatement() {
     // The ends of the types are where loops go wrong.
     if (random_.chance(1, 12)) {
         low = random_.chance(1, 2) && type == integerType_ ? type->low
-                                                           : std::max(type->low, type->high - trips + 1);
+                                                           : std::max(type->low, type->high - std::max(trips, 1) + 1);
     }
     trips = std::min(trips, type->high - low + 1);
     int high = low + trips - 1;
@@ -420,7 +420,8 @@ void Generator::mixPlace(const std::string& text, const Type* type) {
 void Generator::report() {
     for (std::size_t i = ownVariables_; i < variables_.size(); ++i) {
         const Variable& variable = variables_[i];
-        if (variable.dropped) {
+        bool drop = dropNext();
+        if (variable.dropped || drop) {
             continue;
         }
         if (variable.type->kind == Kind::integer) {
