@@ -177,6 +177,7 @@ void Selector::makeFree(Pair p) {
         if (isPrecious(r)) {
             const ValueId id = registers_.content[code(r)].value;
             preserve(id, bits(p));
+            forget(r); // or the copy just made would pass for a spare one when the other half looks for room
         }
     }
     locked_ = lockedBefore;
@@ -275,9 +276,11 @@ void Selector::storeHome(ValueId id) {
 /// Saves every live value that has its only copy in one of these registers, and forgets the registers.
 void Selector::spillAll(Mask clobbered) {
     for (unsigned i = 0; i < 8; ++i) {
-        const Reg r = static_cast<Reg>(i);
-        if ((clobbered & bit(r)) != 0 && isPrecious(r)) {
-            storeHome(registers_.content[i].value);
+        const Content content = registers_.content[i];
+        // Two copies that are both lost are none.
+        if ((clobbered & bit(static_cast<Reg>(i))) != 0 && content.part != Part::none && isWanted(content.value) &&
+            !hasCopyOutside(content.value, clobbered)) {
+            storeHome(content.value);
         }
     }
     for (unsigned i = 0; i < 8; ++i) {
