@@ -6,8 +6,9 @@
 #include <vector>
 
 #ifdef _WIN32
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h> // stands on windows.h
 #endif
 
 namespace {
