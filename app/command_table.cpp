@@ -40,7 +40,7 @@ const std::vector<CommandRow>& rows() {
         separatorRow("mnuseparator10", mnuseparator10),
         {"mnuCompile", mnuCompile, "Compile", command, 1, project, {VK_F6, false, "F6"}, &Form1::compileComCommand},
         {"mnuCompileCHN", mnuCompileCHN, "Compile to CHN", command, 1, project, {VK_F7, false, "F7"}, &Form1::compileChnCommand},
-        {"mnuCompileRun", mnuCompileRun, "Compile and Run", command, 1, project, {VK_F5, false, "F5"}},
+        {"mnuCompileRun", mnuCompileRun, "Compile and Run", command, 1, project, {VK_F5, false, "F5"}, &Form1::compileRunCommand},
         separatorRow("mnuseparator2", mnuseparator2),
         {"mnuPrint", mnuPrint, "Print", command, 1, project},
         separatorRow("mnuseparator3", mnuseparator3),

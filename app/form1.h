@@ -69,6 +69,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void propertiesCommand();
     void compileComCommand();
     void compileChnCommand();
+    void compileRunCommand();
     template <std::size_t index> void openRecentCommand() { openRecent(index); }
     void exitCommand();
     void cutCommand();

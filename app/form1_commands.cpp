@@ -1,6 +1,7 @@
 // The main window's commands.
 #include "app/command_table.h"
 #include "app/form1.h"
+#include "build/disk_launch.h"
 #include "build/form3.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
@@ -133,6 +134,10 @@ void Form1::compileComCommand() {
 
 void Form1::compileChnCommand() {
     compileCommand(*workspace_, {*form2_, processes_}, Output::chn);
+}
+
+void Form1::compileRunCommand() {
+    compileAndRunCommand(*workspace_, {*form2_, processes_});
 }
 
 void Form1::openRecent(std::size_t index) {

@@ -19,8 +19,10 @@ namespace tavrel {
 
 namespace {
 
-/// The path with the system's separators; its last name is matched without regard to case, as Windows would.
+/// The path with the system's separators. As Windows would, its last name is matched without regard to case
+/// and blanks at its end do not count.
 std::string systemPath(std::string path) {
+    path.erase(path.find_last_not_of(' ') + 1);
     std::replace(path.begin(), path.end(), '\\', '/');
     const std::size_t slash = path.rfind('/');
     if (slash == std::string::npos || access(path.c_str(), F_OK) == 0)

@@ -1,0 +1,249 @@
+#include "disk/commands.h"
+
+#include "disk/command_line.h"
+#include "disk/disk_image.h"
+#include "disk/fat_time.h"
+#include "disk/host_files.h"
+#include "disk/msx_name.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <new>
+#include <set>
+#include <system_error>
+
+namespace disk {
+
+namespace {
+
+void tell(Report& report, const std::string& message) {
+    report.errors += "dsktool: " + message + "\n";
+}
+
+bool isSameFile(const Path& one, const Path& other) {
+    std::error_code ignored;
+    return std::filesystem::equivalent(one, other, ignored);
+}
+
+/// A file of the host that was asked for.
+struct Candidate {
+    Path path;
+    bool named = false; ///< and not found by a pattern
+};
+
+/// The files to add, each once.
+std::vector<Candidate> findCandidates(const CommandLine& line) {
+    std::vector<Candidate> found;
+    const Path image = pathOf(line.image);
+    const auto add = [&](const Path& path, bool named) {
+        const auto isThis = [&](const Candidate& other) { return isSameFile(other.path, path); };
+        if (std::none_of(found.begin(), found.end(), isThis))
+            found.push_back({path, named});
+    };
+    for (const std::string& name : line.names) {
+        std::error_code ignored;
+        const Path path = pathOf(name);
+        if (std::filesystem::is_directory(path, ignored))
+            throw HostError(name + ": this is a folder");
+        if (std::filesystem::exists(path, ignored)) {
+            if (isSameFile(path, image))
+                throw HostError(name + ": this is the image itself");
+            add(path, true);
+            continue;
+        }
+        if (!hasWildcards(name))
+            throw HostError(name + ": there is no such file");
+        const std::vector<Path> fitting = filesThatFit(name);
+        if (fitting.empty())
+            throw HostError(name + ": there are no such files");
+        for (const Path& file : fitting) {
+            if (!isSameFile(file, image))
+                add(file, false);
+        }
+    }
+    return found;
+}
+
+/// Gives each file its name on the disk. Files that were named come first, then those whose names are whole.
+class NameGiver {
+  public:
+    explicit NameGiver(Report& report) : report_(report) {}
+
+    /// @throws HostError when a file that was named cannot get a name of its own
+    std::map<Name83, Path> give(const std::vector<Candidate>& candidates) {
+        for (const bool named : {true, false}) {
+            for (const bool cut : {false, true}) {
+                for (const Candidate& candidate : candidates) {
+                    const MsxName name = msxNameOf(textOf(candidate.path.filename()));
+                    if (candidate.named == named && name.cut == cut)
+                        give(candidate, name);
+                }
+            }
+        }
+        return std::move(given_);
+    }
+
+    bool leftOut() const { return leftOut_; }
+
+  private:
+    void give(const Candidate& candidate, const MsxName& name) {
+        const std::string path = textOf(candidate.path);
+        if (!name.name)
+            return refuse(candidate, path + ": not a name for an MSX disk: " + name.problem);
+        const auto [place, isNew] = given_.try_emplace(*name.name, candidate.path);
+        const std::string onDisk = displayName(*name.name);
+        if (!isNew)
+            return refuse(candidate, path + ": would be " + onDisk + " on the disk, as " +
+                                         textOf(place->second) + " is");
+        if (name.cut)
+            report_.output += path + " becomes " + onDisk + "\n";
+    }
+
+    void refuse(const Candidate& candidate, const std::string& message) {
+        if (candidate.named)
+            throw HostError(message);
+        tell(report_, message + " (left out)");
+        leftOut_ = true;
+    }
+
+    Report& report_;
+    std::map<Name83, Path> given_;
+    bool leftOut_ = false;
+};
+
+DiskImage openImage(const std::string& image) {
+    return DiskImage(readFile(pathOf(image), 2 * largestImage));
+}
+
+ExitCode add(const CommandLine& line, Report& report) {
+    NameGiver names(report);
+    std::error_code ignored;
+    const bool isThere = std::filesystem::exists(pathOf(line.image), ignored);
+    DiskImage image = isThere ? openImage(line.image) : DiskImage();
+    std::vector<NewFile> files;
+    for (const auto& [name, path] : names.give(findCandidates(line)))
+        files.push_back({name, readFile(path, largestImage), fatTimeOf(timeOf(path))});
+    image.add(files);
+    writeFileSafely(pathOf(line.image), image.bytes());
+    return names.leftOut() ? doneInPart : done;
+}
+
+ExitCode list(const CommandLine& line, Report& report) {
+    const DiskImage image = openImage(line.image);
+    const std::vector<FileEntry> files = image.list();
+    for (const FileEntry& file : files) {
+        std::string row = displayName(file.name);
+        row.resize(std::max<std::size_t>(row.size(), 12), ' ');
+        std::string size = file.isFolder ? "<folder>" : std::to_string(file.size);
+        size.insert(0, size.size() < 11 ? 11 - size.size() : 0, ' ');
+        report.output += row + size + "  " + textOf(file.written) + "\n";
+    }
+    report.output += std::to_string(files.size()) + (files.size() == 1 ? " file, " : " files, ") +
+                     std::to_string(image.freeBytes()) + " bytes free\n";
+    const std::vector<std::string> faults = image.faults();
+    for (const std::string& fault : faults)
+        tell(report, "the disk is damaged: " + fault);
+    return faults.empty() ? done : doneInPart;
+}
+
+/// The files of the disk that the names and patterns ask for. Folders fit no pattern.
+/// @throws DiskError when one of them fits nothing
+std::vector<FileEntry> chooseFiles(const DiskImage& image, const std::vector<std::string>& names) {
+    std::vector<FileEntry> chosen;
+    std::set<unsigned> slots;
+    for (const std::string& name : names) {
+        const bool isPattern = name.find_first_of("*?") != std::string::npos;
+        bool fits = false;
+        for (const FileEntry& file : image.list()) {
+            if ((file.isFolder && isPattern) || !fitsPattern(displayName(file.name), name))
+                continue;
+            fits = true;
+            if (slots.insert(file.slot).second)
+                chosen.push_back(file);
+        }
+        if (!fits)
+            throw DiskError("the disk has no " + name);
+    }
+    return chosen;
+}
+
+ExitCode extract(const CommandLine& line, Report& report) {
+    const DiskImage image = openImage(line.image);
+    std::vector<FileEntry> files;
+    if (!line.names.empty()) {
+        files = chooseFiles(image, line.names);
+    } else {
+        files = image.list();
+        std::erase_if(files, [](const FileEntry& file) { return file.isFolder; });
+    }
+    const Path folder = pathOf(line.folder);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+        throw HostError(line.folder + ": " + error.message());
+    ExitCode code = done;
+    std::set<std::string> taken;
+    for (const FileEntry& file : files) {
+        const std::string name = safeHostName(file.name);
+        try {
+            if (!taken.insert(name).second)
+                throw DiskError("the disk holds two files that would be " + name);
+            if (name != displayName(file.name))
+                report.output += displayName(file.name) + " becomes " + name + "\n";
+            writeFileSafely(folder / pathOf(name), image.extract(file), hostTimeOf(file.written));
+        } catch (const DiskError& fault) {
+            tell(report, std::string(fault.what()) + " (left out)");
+            code = doneInPart;
+        }
+    }
+    return code;
+}
+
+ExitCode remove(const CommandLine& line) {
+    DiskImage image = openImage(line.image);
+    image.remove(chooseFiles(image, line.names));
+    writeFileSafely(pathOf(line.image), image.bytes());
+    return done;
+}
+
+ExitCode perform(const CommandLine& line, Report& report) {
+    switch (line.verb) {
+    case Verb::help:
+        break;
+    case Verb::add:
+        return add(line, report);
+    case Verb::list:
+        return list(line, report);
+    case Verb::extract:
+        return extract(line, report);
+    case Verb::remove:
+        return remove(line);
+    }
+    report.output += helpText;
+    return done;
+}
+
+} // namespace
+
+ExitCode run(const std::vector<std::string>& arguments, Report& report) {
+    CommandLine line;
+    try {
+        line = parseCommandLine(arguments);
+        return perform(line, report);
+    } catch (const UsageError& error) {
+        tell(report, error.what());
+        return wrongUse;
+    } catch (const DiskError& error) {
+        tell(report, line.image + ": " + error.what());
+    } catch (const HostError& error) {
+        tell(report, error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        tell(report, error.what());
+    } catch (const std::bad_alloc&) {
+        tell(report, "there is not enough memory");
+    }
+    return failed;
+}
+
+} // namespace disk
