@@ -65,7 +65,7 @@ void Generator::program() {
     line("procedure " + mixName_ + "(x: Integer);");
     line("begin " + sumName_ + " := " +
          (free() ? "Integer(Integer(" + sumName_ + " * 31) + x)" : sumName_ + " * 31 + x") + " end;");
-    for (int i = random_.between(1, 6); i > 0; --i) {
+    for (int i = random_.between(2, 7); i > 0; --i) {
         routine(false);
     }
     loopVariables_ = loopVariables;

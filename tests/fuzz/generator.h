@@ -131,7 +131,6 @@ class Generator {
     std::size_t ownVariables_ = 0; ///< where those of the current routine begin in variables_
     long weight_ = 1;
     long cost_ = 0;
-    int data_ = 0;
 };
 
 } // namespace fuzz

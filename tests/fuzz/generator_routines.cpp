@@ -44,7 +44,7 @@ std::string Generator::call(const Routine& routine, bool& possible, bool recursi
 
 /// A call inside an expression: of a function that changes nothing.
 Term Generator::pureCall(Kind kind, const Type* type) {
-    for (int attempt = 0; attempt < 3 && !routines_.empty(); ++attempt) {
+    for (int attempt = 0; attempt < 6 && !routines_.empty(); ++attempt) {
         const Routine routine =
             routines_[static_cast<std::size_t>(random_.below(static_cast<int>(routines_.size())))];
         if (routine.result == nullptr || !routine.pure || routine.result->kind != kind ||
@@ -89,7 +89,7 @@ bool Generator::callStatement() {
         line("if " + depth + " > 0 then " + (own.result != nullptr ? to.text + " := " : "") + text + ";");
         return true;
     }
-    for (int attempt = 0; attempt < 4 && !routines_.empty(); ++attempt) {
+    for (int attempt = 0; attempt < 8 && !routines_.empty(); ++attempt) {
         const Routine routine =
             routines_[static_cast<std::size_t>(random_.below(static_cast<int>(routines_.size())))];
         if ((pure_ && !routine.pure) ||

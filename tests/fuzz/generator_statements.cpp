@@ -39,6 +39,8 @@ void Generator::statement() {
         break;
     case 5:
     case 6:
+    case 22:
+    case 23:
         if (!callStatement()) {
             assignment();
         }
@@ -206,8 +208,9 @@ void Generator::forStatement() {
     }
     // The ends of the types are where loops go wrong.
     if (random_.chance(1, 12)) {
-        low = random_.chance(1, 2) && type == integerType_ ? type->low
-                                                           : std::max(type->low, type->high - std::max(trips, 1) + 1);
+        low = random_.chance(1, 2) && type == integerType_
+                  ? type->low
+                  : std::max(type->low, type->high - std::max(trips, 1) + 1);
     }
     trips = std::min(trips, type->high - low + 1);
     int high = low + trips - 1;
@@ -235,9 +238,7 @@ void Generator::forStatement() {
     variables_.push_back(variable);
     long weight = weight_;
     weight_ *= std::max(trips, 1);
-    ++loopDepth_;
     body(random_.between(1, 3));
-    --loopDepth_;
     weight_ = weight;
     variables_.pop_back();
     loopVariables_.push_back(saved);
@@ -260,7 +261,7 @@ void Generator::countedLoop() {
     variable.low = 0, variable.high = trips;
     std::string limit = std::to_string(trips);
     bool repeated = random_.chance(1, 2);
-    bool counts_first = random_.chance(1, 2);
+    bool countsFirst = random_.chance(1, 2);
     Term more = condition(1);
     line(variable.name + " := 0;");
     line(repeated ? "repeat"
@@ -268,16 +269,14 @@ void Generator::countedLoop() {
     variables_.push_back(variable);
     ++indent_;
     std::string count = variable.name + " := " + variable.name + " + 1;";
-    if (counts_first) {
+    if (countsFirst) {
         line(count);
     }
     long weight = weight_;
     weight_ *= trips;
-    ++loopDepth_;
     statements(random_.between(1, 3));
-    --loopDepth_;
     weight_ = weight;
-    if (!counts_first) {
+    if (!countsFirst) {
         line(count);
     }
     --indent_;
@@ -408,7 +407,7 @@ void Generator::mixPlace(const std::string& text, const Type* type) {
                  (type->element->kind == Kind::integer ? element : "Ord(" + element + ")") + ");");
             return;
         }
-        for (int i : std::set<int>{type->low, (type->low + type->high) / 2, type->high}) {
+        for (const int i : std::set<int>{type->low, (type->low + type->high) / 2, type->high}) {
             mixPlace(text + "[" + scalarLiteral(type->index != nullptr ? type->index : integerType_, i) + "]",
                      type->element);
         }

@@ -167,7 +167,6 @@ void Generator::declareVariables(int count, bool local) {
         if (!variable.dropped) {
             line(variable.name + ": " + variable.type->name + ";");
         }
-        data_ += variable.type->size;
         variables_.push_back(variable);
     }
     loopVariables_.clear();
