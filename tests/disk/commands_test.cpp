@@ -101,10 +101,9 @@ TEST_F(Commands, WhatAPatternFindsAndTheDiskCannotHoldIsLeftOutAndTold) {
     EXPECT_EQ(onDisk(), (Names{"GOOD.PAS", "LONGNAME.X"}));
     EXPECT_EQ(test::contentOf(DiskImage(read("d.dsk")), "GOOD.PAS"), Bytes{1}) << "a whole name goes first";
     EXPECT_EQ(test::contentOf(DiskImage(read("d.dsk")), "LONGNAME.X"), Bytes{5});
-    EXPECT_NE(report.errors.find("longname2.x: would be LONGNAME.X on the disk, as " + path("p/longname1.x") +
-                                 " is (left out)\n"),
-              std::string::npos)
-        << report.errors;
+    for (const char* const part :
+         {"longname2.x: would be LONGNAME.X on the disk, as ", "longname1.x is (left out)\n"})
+        EXPECT_NE(report.errors.find(part), std::string::npos) << report.errors;
     EXPECT_NE(report.errors.find("with blank: not a name for an MSX disk: it holds a blank (left out)\n"),
               std::string::npos);
     EXPECT_NE(report.output.find("longname1.x becomes LONGNAME.X\n"), std::string::npos);
