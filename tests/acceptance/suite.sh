@@ -1,6 +1,7 @@
 #!/bin/bash
 # The whole program, used as a user would: starts out/Tavrel/Tavrel.exe with the sample project, compiles, reads the
-# progress window. Needs a display, Wine with WINEPREFIX set, an assembled program folder and drive.exe.
+# progress window, runs the program from the disk image. Needs a display, Wine with WINEPREFIX set, an assembled
+# program folder, drive.exe, recorder.exe and msxrun, and mtools.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 program=$root/out/Tavrel
@@ -13,7 +14,7 @@ tavrel_process=
 
 cleanup() {
   [[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null
-  rm -rf "$work"
+  rm -rf "$work" "$work.run"
 }
 trap cleanup EXIT
 
@@ -57,6 +58,52 @@ rm -f "$work/peer" "$work"/*.o
 check "the kit has been taken out again" "kit: 0" "kit: $(ls "$work" | grep -c -i -E 'tp3|runtime|dos2cash|turbopc')"
 stop
 check "the program ends when it is closed" "ended 0" "$ended"
+
+# Compile and Run, in a program folder with settings of its own: the emulator is a program that records its command
+# line, and the disk image lies in a folder whose name holds a blank.
+text_record() { printf '%b' "$(printf '\\x%02x\\x%02x' $((${#1} % 256)) $((${#1} / 256)))"; printf '%s' "$1"; }
+windows_name() { printf 'Z:%s' "${1//\//\\}"; }
+folder_files() { (cd "$1" && ls) | tr a-z A-Z | sort; }
+
+write_settings() { # PROGRAM-FOLDER EMULATOR ARGUMENTS DISK-FOLDER
+  {
+    text_record "$2"
+    text_record "$3"
+    for _ in 1 2 3 4 5; do text_record ''; done
+    text_record "$4"
+    printf '\0\0\0\0\0\0\0\0\x0b\0' # four switches off, 11 points
+    text_record Terminal
+  } > "$1/config.cfg"
+}
+
+compile_and_run() {
+  local own=$work.run program=$work.run/Tavrel image="$work.run/my disks/d.dsk" game=$work.run/game tries
+  mkdir -p "$game" "$own/my disks"
+  cp "$root"/share/samples/hello/* "$game"/
+  cp -r "$root/out/Tavrel" "$program"
+  cp "$root/out/bin/recorder.exe" "$own"/
+  write_settings "$program" "$(windows_name "$own/recorder.exe")" '-diska %DSK -msx2' "$(windows_name "$own/my disks")"
+  echo 'an older image' > "$image"
+  start "$game/HELLO.TPJ"
+  drive tree > /dev/null
+  drive menu mnuCompileRun --key > /dev/null
+  for ((tries = 0; tries < 1200; ++tries)); do
+    [[ -f $own/recorder.txt ]] && break
+    sleep 0.1
+  done
+  check "F5 starts the emulator with the disk image" "recorder.exe -diska $(windows_name "$image") -msx2" \
+    "$(tr -d '\r' < "$own/recorder.txt" 2>&1)"
+  check "the disk holds every file of the project folder" "$(folder_files "$game")" \
+    "$(mdir -b -i "$image" :: 2>&1 | sed 's|^::/||' | sort)"
+  mcopy -n -i "$image" ::HELLO.COM "$own/DISK.COM"
+  check "the program on the disk is the one in the folder" "same" \
+    "$(cmp "$own/DISK.COM" "$(find "$game" -iname HELLO.COM)" 2>&1 && echo same)"
+  check "and it runs" "46 of them, their sum is 4227: odd." \
+    "$("$root/out/bin/msxrun" --limit 1G "$own/DISK.COM" 2>&1)"
+  stop
+  check "the program ends after that too" "ended 0" "$ended"
+}
+compile_and_run
 
 # An error in the include file; line 4 of it cannot be Pascal.
 sed -i '4s/.*/  ] nonsense;\r/' "$work/HELLO.INC"

@@ -210,6 +210,38 @@ TEST_F(MainWindow, ASecondBuildReusesTheOpenProgressWindow) {
               "Compiling Demo...\r\nNo errors - Sucessfully compiled\r\nNo errors - Sucessfully compiled");
 }
 
+TEST_F(MainWindow, CompileAndRunPacksTheFolderAndStartsTheEmulator) {
+    program.makeFolder("dsk");
+    program.write("dsk\\d.dsk", "old");
+    startWithProject();
+    form->workspace().settings.EmulatorPath = "C:\\emu.exe";
+    processes.work = [this] {
+        const bool building = processes.runs.size() == 1;
+        EXPECT_EQ(form->progressWindow().window() != nullptr, building);
+        EXPECT_EQ(program.has("dsk\\d.dsk"), building) << "the blank behind the name does not count";
+    };
+    choose(mnuCompileRun);
+    ASSERT_EQ(processes.runs.size(), 3U);
+    const std::string image = program.path() + "dsk\\d.dsk";
+    EXPECT_EQ(processes.runs[1].commandLine,
+              program.path() + "dsk\\dsktool.exe A " + image + " " + folder.path() + "*.*");
+    EXPECT_EQ(processes.runs[2].commandLine, "C:\\emu.exe -diska " + image + " -msx2");
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(MainWindow, AnImageThatAnotherProgramHoldsIsToldAndEndsCompileAndRun) {
+    program.makeFolder("dsk");
+    const std::string image = program.write("dsk\\d.dsk", "old");
+    startWithProject();
+    HANDLE const holder = CreateFileA(image.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    choose(mnuCompileRun);
+    CloseHandle(holder);
+    EXPECT_EQ(processes.runs.size(), 1U);
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].text, "Permission denied\r\n" + image + " ");
+}
+
 TEST_F(MainWindow, AMissingKitFileIsShownInABox) {
     startWithProject();
     deleteFile(program.path() + "compiler\\TP3.EXE");
