@@ -23,12 +23,13 @@ constexpr double treeWidth = 2400; // twips
 } // namespace
 
 Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
-    : scale_(screenScale()), processes_(seams.processes) {
+    : scale_(screenScale()), processes_(seams.processes), shell_(seams.shell) {
     makeWindows();
     workspace_ = std::unique_ptr<Workspace>(
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
     form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
     TV_->attach(workspace_->tree);
+    Code1_->setEvents(this);
 }
 
 Form1::~Form1() {
@@ -59,6 +60,12 @@ void Form1::makeWindows() {
                     CW_USEDEFAULT, width, height, nullptr, makeMenuBar(), instance, this);
     if (window_ == nullptr)
         throw std::runtime_error("The main window cannot be made.");
+    // The class has the large icon only; Windows would shrink it for the title bar instead of taking the
+    // small one.
+    HANDLE const smallIcon =
+        LoadImageA(instance, std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}), IMAGE_ICON,
+                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED);
+    SendMessageA(window_, WM_SETICON, ICON_SMALL, std::bit_cast<LPARAM>(smallIcon));
     pictureBrush_ = CreateSolidBrush(pictureBackground);
     PicBKG_ = CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 16, 16, window_,
                               std::bit_cast<HMENU>(INT_PTR{Form1_PicBKG}), instance, nullptr);
@@ -127,7 +134,7 @@ void Form1::handleCommandLine(const std::string& argument) {
         });
         break;
     case StartAction::offerNewProject:
-        runCommand(mnuNew); // does nothing while the command is disabled
+        runCommand(mnuNew);
         break;
     case StartAction::nothing:
         break;
@@ -182,6 +189,10 @@ void Form1::timerTick() {
     const EditorPosition start = Code1_->selection().start;
     setPanel(StatusPanel::cursorPosition,
              "Line: " + std::to_string(start.line + 1) + " Col: " + std::to_string(start.column + 1));
+    followEditor();
+}
+
+void Form1::followEditor() {
     enableCommand(mnuCopy, Code1_->canCopy());
     enableCommand(mnuCut, Code1_->canCut());
     enableCommand(mnuPaste, Code1_->canPaste());

@@ -10,6 +10,7 @@
 #include "project/workspace.h"
 #include "util/message_pump.h"
 #include "util/process_runner.h"
+#include "util/shell.h"
 #include "util/twips.h"
 
 #include <functional>
@@ -26,9 +27,10 @@ struct Form1Seams {
     FileDialogs& dialogs;
     ClassesRegistry& registry;
     ProcessRunner& processes;
+    Shell& shell;
 };
 
-class Form1 : public MainWindowDisplay, private MessageFilter {
+class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEvents {
   public:
     /// `AppDir` is the program folder with its trailing backslash.
     Form1(const Form1Seams& seams, const std::string& AppDir);
@@ -61,6 +63,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void setWaitPointer(bool wait) override;
 
     // Handlers of the command table.
+    void newProjectCommand();
     void openProjectCommand();
     void openPascalFileCommand();
     void saveProjectCommand();
@@ -80,11 +83,18 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void clearCommand();
     void splitCommand();
     void showTreeCommand();
+    void imageConverterCommand();
+    void calculatorCommand();
+    void pascalReferenceCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT handle(UINT message, WPARAM first, LPARAM second);
     bool handleFirst(MSG& message) override;
+    void editorKeyDown(int key, int shift) override;
+    void editorKeyPress(int character, int shift) override;
+    void editorMouseDown(MouseButton button, int shift, int x, int y) override;
+    void showSignatureFor(int character);
 
     void makeWindows();
     void makeStatusBar();
@@ -101,6 +111,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void place(const FormLayout& layout);
     FormMeasures measures() const;
     void timerTick();
+    void followEditor();
+    void popUpMenu(UINT identifier);
     void handleCommandLine(const std::string& argument);
 
     HWND window_ = nullptr;
@@ -119,6 +131,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     std::unique_ptr<Workspace> workspace_;
     std::unique_ptr<Form2> form2_;
     ProcessRunner& processes_;
+    Shell& shell_;
 };
 
 } // namespace tavrel

@@ -2,6 +2,8 @@
 #include "app/command_table.h"
 #include "app/form1.h"
 #include "build/form3.h"
+#include "project/form5.h"
+#include "project/new_project.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "util/text.h"
@@ -68,6 +70,14 @@ void Form1::checkCommand(UINT identifier, bool checked) {
                       static_cast<UINT>(MF_BYPOSITION) | (checked ? MFS_CHECKED : MFS_UNCHECKED));
 }
 
+void Form1::popUpMenu(UINT identifier) {
+    const auto place = findPlace(GetMenu(window_), identifier);
+    POINT mouse = {};
+    if (place && GetCursorPos(&mouse))
+        TrackPopupMenu(GetSubMenu(place->menu, static_cast<int>(place->position)), TPM_RIGHTBUTTON, mouse.x,
+                       mouse.y, 0, window_, nullptr);
+}
+
 void Form1::runCommand(UINT identifier) {
     const CommandRow* const row = findCommand(identifier);
     if (row == nullptr || row->handler == nullptr || !commandEnabled(identifier))
@@ -101,6 +111,10 @@ void Form1::showRecentFiles() {
     }
     if (!recent[0].empty())
         InsertMenuA(file, mnuExit, MF_BYCOMMAND | MF_SEPARATOR, mnseparator1, nullptr);
+}
+
+void Form1::newProjectCommand() {
+    newProject(*workspace_, showNewProjectDialog(window_, templateNames(workspace_->AppDir)));
 }
 
 void Form1::openProjectCommand() {

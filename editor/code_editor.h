@@ -1,6 +1,7 @@
 // The editor control `Code1`: one text in one or two Scintilla panes.
 #pragma once
 
+#include "editor/editor_events.h"
 #include "editor/scintilla_view.h"
 #include "editor/source_editor.h"
 
@@ -47,6 +48,9 @@ class CodeEditor : public SourceEditor {
     void deleteSelection() override;
     void giveFocus() override;
 
+    /// Reports keys and mouse buttons to `events`, which must outlive the editor.
+    void setEvents(EditorEvents* events) { events_ = events; }
+
     /// Font of the settings; a fixed-pitch one stands in for a font that is not installed.
     void setFont(const std::string& face, int size);
     /// Takes a key away from the editor, since the window's menu has it as a shortcut. Modifiers as SCMOD_
@@ -69,12 +73,17 @@ class CodeEditor : public SourceEditor {
     LRESULT handle(UINT message, WPARAM first, LPARAM second);
     ScintillaView& active() const;
     void setUp(const ScintillaView& view) const;
+    void listenTo(const ScintillaView& view);
+    LRESULT handlePane(HWND pane, UINT message, WPARAM first, LPARAM second);
+    static LRESULT CALLBACK paneProcedure(HWND pane, UINT message, WPARAM first, LPARAM second,
+                                          UINT_PTR identifier, DWORD_PTR editor);
     void placePanes();
     void dragSplitter(int y);
     sptr_t positionOf(EditorPosition position) const;
     EditorPosition placeOf(sptr_t position) const;
 
     HWND window_ = nullptr;
+    EditorEvents* events_ = nullptr;
     std::unique_ptr<ScintillaView> upper_;
     std::unique_ptr<ScintillaView> lower_;
     int splitterPosition_ = 0;
