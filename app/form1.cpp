@@ -158,6 +158,10 @@ void Form1::activated() {
     const ProjectTree& tree = workspace_->tree;
     const std::size_t shown = tree.find(workspace_->project.SelectedKey);
     showCurrentView(*workspace_, tree.count() == 0 ? "no file" : shown == 0 ? "" : tree.node(shown).text);
+    applyFont();
+}
+
+void Form1::applyFont() {
     Code1_->setFont(workspace_->settings.FontName, workspace_->settings.FontSize);
 }
 

@@ -66,6 +66,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void newProjectCommand();
     void openProjectCommand();
     void openPascalFileCommand();
+    void newIncludeCommand();
+    void openIncludeCommand();
     void saveProjectCommand();
     void saveFileCommand();
     void refreshCommand();
@@ -81,6 +83,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void undoCommand();
     void redoCommand();
     void clearCommand();
+    void preferencesCommand();
     void splitCommand();
     void showTreeCommand();
     void imageConverterCommand();
@@ -106,6 +109,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     bool commandChecked(UINT identifier) const;
     void openRecent(std::size_t index);
     void activated();
+    void applyFont();
     void resized();
     void layStatusBar();
     void place(const FormLayout& layout);

@@ -1,8 +1,10 @@
 // The main window's commands.
 #include "app/command_table.h"
 #include "app/form1.h"
+#include "app/form4.h"
 #include "build/form3.h"
 #include "project/form5.h"
+#include "project/include_files.h"
 #include "project/new_project.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
@@ -123,6 +125,18 @@ void Form1::openProjectCommand() {
 
 void Form1::openPascalFileCommand() {
     openPascalFile(*workspace_);
+}
+
+void Form1::newIncludeCommand() {
+    newIncludeFile(*workspace_);
+}
+
+void Form1::openIncludeCommand() {
+    openIncludeFile(*workspace_);
+}
+
+void Form1::preferencesCommand() {
+    showPreferences(window_, *workspace_, [this] { applyFont(); });
 }
 
 void Form1::saveProjectCommand() {

@@ -140,7 +140,13 @@ class FakeEditor : public SourceEditor {
         writeWholeFile(path, content);
         changed = false;
     }
-    void insertText(std::string_view text, EditorPosition) override { content.insert(0, text); }
+    void insertText(std::string_view text, EditorPosition position) override {
+        std::size_t start = 0;
+        for (long i = 0; i < position.line; ++i)
+            start = content.find('\n', start) + 1;
+        content.insert(start + static_cast<std::size_t>(position.column), text);
+        changed = true;
+    }
     bool modified() const override { return changed; }
     void setModified(bool modified) override { changed = modified; }
     long lineCount() const override {
