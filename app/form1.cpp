@@ -28,6 +28,10 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
     workspace_ = std::unique_ptr<Workspace>(
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
     form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
+    findDialogs_ =
+        std::make_unique<FindDialogs>(window_, *Code1_, seams.messages, [this](const std::string& text) {
+            setPanel(StatusPanel::message, text);
+        });
     TV_->attach(workspace_->tree);
     Code1_->setEvents(this);
 }
@@ -35,6 +39,7 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
 Form1::~Form1() {
     workspace_->tree.setListener(nullptr);
     form2_.reset();
+    findDialogs_.reset();
     if (IsWindow(window_) != 0) {
         KillTimer(window_, Form1_Timer1);
         SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
@@ -278,8 +283,12 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
         KillTimer(window_, Form1_Timer1);
         PostQuitMessage(0);
         return 0;
-    default:
-        return DefWindowProcA(window_, message, first, second);
+    default: {
+        bool handled = false;
+        if (findDialogs_)
+            guarded([&] { handled = findDialogs_->handle(message, second); });
+        return handled ? 0 : DefWindowProcA(window_, message, first, second);
+    }
     }
 }
 

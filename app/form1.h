@@ -6,6 +6,7 @@
 #include "build/compilation.h"
 #include "build/form2.h"
 #include "editor/code_editor.h"
+#include "editor/find_dialogs.h"
 #include "project/tree_view.h"
 #include "project/workspace.h"
 #include "util/message_pump.h"
@@ -44,6 +45,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     Workspace& workspace() { return *workspace_; }
     CodeEditor& Code1() { return *Code1_; }
     TreeView& TV() { return *TV_; }
+    FindDialogs& findDialogs() { return *findDialogs_; }
     Form2& progressWindow() { return *form2_; }
     const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
     bool SplitActive() const { return SplitActive_; }
@@ -80,6 +82,9 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void copyCommand();
     void pasteCommand();
     void deleteCommand();
+    void findCommand();
+    void findNextCommand();
+    void replaceCommand();
     void undoCommand();
     void redoCommand();
     void clearCommand();
@@ -133,6 +138,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     std::unique_ptr<CodeEditor> Code1_;
     std::unique_ptr<TreeView> TV_;
     std::unique_ptr<Workspace> workspace_;
+    std::unique_ptr<FindDialogs> findDialogs_;
     std::unique_ptr<Form2> form2_;
     ProcessRunner& processes_;
     Shell& shell_;

@@ -81,7 +81,7 @@ void Form1::popUpMenu(UINT identifier) {
 }
 
 void Form1::runCommand(UINT identifier) {
-    const CommandRow* const row = findCommand(identifier);
+    const CommandRow* const row = tavrel::findCommand(identifier);
     if (row == nullptr || row->handler == nullptr || !commandEnabled(identifier))
         return;
     guarded([&] { (this->*row->handler)(); });
@@ -188,6 +188,18 @@ void Form1::pasteCommand() {
 
 void Form1::deleteCommand() {
     Code1_->deleteSelection();
+}
+
+void Form1::findCommand() {
+    findDialogs_->showFind();
+}
+
+void Form1::findNextCommand() {
+    findDialogs_->findNext();
+}
+
+void Form1::replaceCommand() {
+    findDialogs_->showReplace();
 }
 
 void Form1::undoCommand() {

@@ -10,6 +10,15 @@
 
 namespace tavrel {
 
+struct FindRequest {
+    std::string text;
+    bool matchCase = false;
+    bool wholeWord = false;
+    bool forward = true;
+};
+
+enum class Found { no, yes, behindTheEnd /* the search went on at the text's other end */ };
+
 class CodeEditor : public SourceEditor {
   public:
     /// Makes the control as a child of `parent`. Throws std::runtime_error.
@@ -47,6 +56,15 @@ class CodeEditor : public SourceEditor {
     void paste() override;
     void deleteSelection() override;
     void giveFocus() override;
+
+    /// The selected text, "" when nothing is selected.
+    std::string selectedText() const;
+    /// Selects the next hit behind (or before) the selection, around the text's end.
+    Found find(const FindRequest& request);
+    /// Replaces the selection when it is a hit; false when it is not.
+    bool replaceMatch(const FindRequest& request, const std::string& replacement);
+    /// Replaces every hit of the text as one step of undo and gives back their number.
+    long replaceAll(const FindRequest& request, const std::string& replacement);
 
     /// Reports keys and mouse buttons to `events`, which must outlive the editor.
     void setEvents(EditorEvents* events) { events_ = events; }
