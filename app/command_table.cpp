@@ -77,7 +77,7 @@ const std::vector<CommandRow>& rows() {
         {"mnuHelp", mnuHelp, "Help", menu, 0},
         {"mnuRefHelp", mnuRefHelp, "Pascal Reference", command, 1, always, {VK_F1, false, "F1"}, &Form1::pascalReferenceCommand},
         separatorRow("mnseparator0", mnseparator0),
-        {"mnuAbout", mnuAbout, "About", command, 1},
+        {"mnuAbout", mnuAbout, "About", command, 1, always, {}, &Form1::aboutCommand},
     };
     return table;
 }

@@ -28,6 +28,7 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
     workspace_ = std::unique_ptr<Workspace>(
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
     form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
+    form6_ = std::make_unique<Form6>(window_, shell_, [this] { showHistory(); });
     findDialogs_ =
         std::make_unique<FindDialogs>(window_, *Code1_, seams.messages, [this](const std::string& text) {
             setPanel(StatusPanel::message, text);
@@ -39,6 +40,7 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
 Form1::~Form1() {
     workspace_->tree.setListener(nullptr);
     form2_.reset();
+    form6_.reset();
     findDialogs_.reset();
     if (IsWindow(window_) != 0) {
         KillTimer(window_, Form1_Timer1);

@@ -1,6 +1,7 @@
 // The main window: the whole application.
 #pragma once
 
+#include "about/form6.h"
 #include "app/layout.h"
 #include "app/resource.h"
 #include "build/compilation.h"
@@ -46,6 +47,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     CodeEditor& Code1() { return *Code1_; }
     TreeView& TV() { return *TV_; }
     FindDialogs& findDialogs() { return *findDialogs_; }
+    Form6& aboutDialog() { return *form6_; }
     Form2& progressWindow() { return *form2_; }
     const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
     bool SplitActive() const { return SplitActive_; }
@@ -94,6 +96,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void imageConverterCommand();
     void calculatorCommand();
     void pascalReferenceCommand();
+    void aboutCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -102,6 +105,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void editorKeyDown(int key, int shift) override;
     void editorKeyPress(int character, int shift) override;
     void editorMouseDown(MouseButton button, int shift, int x, int y) override;
+    void showHistory();
     void showSignatureFor(int character);
 
     void makeWindows();
@@ -140,6 +144,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     std::unique_ptr<Workspace> workspace_;
     std::unique_ptr<FindDialogs> findDialogs_;
     std::unique_ptr<Form2> form2_;
+    std::unique_ptr<Form6> form6_;
     ProcessRunner& processes_;
     Shell& shell_;
 };

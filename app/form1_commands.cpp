@@ -1,4 +1,6 @@
 // The main window's commands.
+#include "about/form7.h"
+#include "about/history.h"
 #include "app/command_table.h"
 #include "app/form1.h"
 #include "app/form4.h"
@@ -200,6 +202,14 @@ void Form1::findNextCommand() {
 
 void Form1::replaceCommand() {
     findDialogs_->showReplace();
+}
+
+void Form1::aboutCommand() {
+    form6_->show();
+}
+
+void Form1::showHistory() {
+    guarded([this] { showHistoryWindow(form6_->window(), readHistory(workspace_->AppDir)); });
 }
 
 void Form1::undoCommand() {

@@ -114,3 +114,16 @@
 #define Form5_Check1 1602
 #define Form5_Command1 1603
 #define Form5_Command2 1604
+
+// The About dialog.
+#define Form6_Dialog 600
+#define Form6_Label1 1701
+#define Form6_Label2 1702
+#define Form6_Label3 1703
+#define Form6_Timer1 1704
+#define Form6_Icon 1705
+#define Form6_History 1706
+
+// The history.
+#define Form7_Dialog 700
+#define Form7_Text1 1801
