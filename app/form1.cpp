@@ -23,17 +23,25 @@ constexpr double treeWidth = 2400; // twips
 } // namespace
 
 Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
-    : scale_(screenScale()), processes_(seams.processes) {
+    : scale_(screenScale()), processes_(seams.processes), shell_(seams.shell) {
     makeWindows();
     workspace_ = std::unique_ptr<Workspace>(
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
     form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
+    form6_ = std::make_unique<Form6>(window_, shell_, [this] { showHistory(); });
+    findDialogs_ =
+        std::make_unique<FindDialogs>(window_, *Code1_, seams.messages, [this](const std::string& text) {
+            setPanel(StatusPanel::message, text);
+        });
     TV_->attach(workspace_->tree);
+    Code1_->setEvents(this);
 }
 
 Form1::~Form1() {
     workspace_->tree.setListener(nullptr);
     form2_.reset();
+    form6_.reset();
+    findDialogs_.reset();
     if (IsWindow(window_) != 0) {
         KillTimer(window_, Form1_Timer1);
         SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
@@ -59,6 +67,12 @@ void Form1::makeWindows() {
                     CW_USEDEFAULT, width, height, nullptr, makeMenuBar(), instance, this);
     if (window_ == nullptr)
         throw std::runtime_error("The main window cannot be made.");
+    // The class has the large icon only; Windows would shrink it for the title bar instead of taking the
+    // small one.
+    HANDLE const smallIcon =
+        LoadImageA(instance, std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}), IMAGE_ICON,
+                   GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), LR_SHARED);
+    SendMessageA(window_, WM_SETICON, ICON_SMALL, std::bit_cast<LPARAM>(smallIcon));
     pictureBrush_ = CreateSolidBrush(pictureBackground);
     PicBKG_ = CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 16, 16, window_,
                               std::bit_cast<HMENU>(INT_PTR{Form1_PicBKG}), instance, nullptr);
@@ -127,7 +141,7 @@ void Form1::handleCommandLine(const std::string& argument) {
         });
         break;
     case StartAction::offerNewProject:
-        runCommand(mnuNew); // does nothing while the command is disabled
+        runCommand(mnuNew);
         break;
     case StartAction::nothing:
         break;
@@ -151,6 +165,10 @@ void Form1::activated() {
     const ProjectTree& tree = workspace_->tree;
     const std::size_t shown = tree.find(workspace_->project.SelectedKey);
     showCurrentView(*workspace_, tree.count() == 0 ? "no file" : shown == 0 ? "" : tree.node(shown).text);
+    applyFont();
+}
+
+void Form1::applyFont() {
     Code1_->setFont(workspace_->settings.FontName, workspace_->settings.FontSize);
 }
 
@@ -182,6 +200,10 @@ void Form1::timerTick() {
     const EditorPosition start = Code1_->selection().start;
     setPanel(StatusPanel::cursorPosition,
              "Line: " + std::to_string(start.line + 1) + " Col: " + std::to_string(start.column + 1));
+    followEditor();
+}
+
+void Form1::followEditor() {
     enableCommand(mnuCopy, Code1_->canCopy());
     enableCommand(mnuCut, Code1_->canCut());
     enableCommand(mnuPaste, Code1_->canPaste());
@@ -263,8 +285,12 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
         KillTimer(window_, Form1_Timer1);
         PostQuitMessage(0);
         return 0;
-    default:
-        return DefWindowProcA(window_, message, first, second);
+    default: {
+        bool handled = false;
+        if (findDialogs_)
+            guarded([&] { handled = findDialogs_->handle(message, second); });
+        return handled ? 0 : DefWindowProcA(window_, message, first, second);
+    }
     }
 }
 

@@ -1,15 +1,18 @@
 // The main window: the whole application.
 #pragma once
 
+#include "about/form6.h"
 #include "app/layout.h"
 #include "app/resource.h"
 #include "build/compilation.h"
 #include "build/form2.h"
 #include "editor/code_editor.h"
+#include "editor/find_dialogs.h"
 #include "project/tree_view.h"
 #include "project/workspace.h"
 #include "util/message_pump.h"
 #include "util/process_runner.h"
+#include "util/shell.h"
 #include "util/twips.h"
 
 #include <functional>
@@ -26,9 +29,10 @@ struct Form1Seams {
     FileDialogs& dialogs;
     ClassesRegistry& registry;
     ProcessRunner& processes;
+    Shell& shell;
 };
 
-class Form1 : public MainWindowDisplay, private MessageFilter {
+class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEvents {
   public:
     /// `AppDir` is the program folder with its trailing backslash.
     Form1(const Form1Seams& seams, const std::string& AppDir);
@@ -42,6 +46,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     Workspace& workspace() { return *workspace_; }
     CodeEditor& Code1() { return *Code1_; }
     TreeView& TV() { return *TV_; }
+    FindDialogs& findDialogs() { return *findDialogs_; }
+    Form6& aboutDialog() { return *form6_; }
     Form2& progressWindow() { return *form2_; }
     const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
     bool SplitActive() const { return SplitActive_; }
@@ -61,8 +67,11 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void setWaitPointer(bool wait) override;
 
     // Handlers of the command table.
+    void newProjectCommand();
     void openProjectCommand();
     void openPascalFileCommand();
+    void newIncludeCommand();
+    void openIncludeCommand();
     void saveProjectCommand();
     void saveFileCommand();
     void refreshCommand();
@@ -76,16 +85,29 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     void copyCommand();
     void pasteCommand();
     void deleteCommand();
+    void findCommand();
+    void findNextCommand();
+    void replaceCommand();
     void undoCommand();
     void redoCommand();
     void clearCommand();
+    void preferencesCommand();
     void splitCommand();
     void showTreeCommand();
+    void imageConverterCommand();
+    void calculatorCommand();
+    void pascalReferenceCommand();
+    void aboutCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT handle(UINT message, WPARAM first, LPARAM second);
     bool handleFirst(MSG& message) override;
+    void editorKeyDown(int key, int shift) override;
+    void editorKeyPress(int character, int shift) override;
+    void editorMouseDown(MouseButton button, int shift, int x, int y) override;
+    void showHistory();
+    void showSignatureFor(int character);
 
     void makeWindows();
     void makeStatusBar();
@@ -97,11 +119,14 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     bool commandChecked(UINT identifier) const;
     void openRecent(std::size_t index);
     void activated();
+    void applyFont();
     void resized();
     void layStatusBar();
     void place(const FormLayout& layout);
     FormMeasures measures() const;
     void timerTick();
+    void followEditor();
+    void popUpMenu(UINT identifier);
     void handleCommandLine(const std::string& argument);
 
     HWND window_ = nullptr;
@@ -118,8 +143,11 @@ class Form1 : public MainWindowDisplay, private MessageFilter {
     std::unique_ptr<CodeEditor> Code1_;
     std::unique_ptr<TreeView> TV_;
     std::unique_ptr<Workspace> workspace_;
+    std::unique_ptr<FindDialogs> findDialogs_;
     std::unique_ptr<Form2> form2_;
+    std::unique_ptr<Form6> form6_;
     ProcessRunner& processes_;
+    Shell& shell_;
 };
 
 } // namespace tavrel

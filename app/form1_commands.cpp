@@ -1,8 +1,14 @@
 // The main window's commands.
+#include "about/form7.h"
+#include "about/history.h"
 #include "app/command_table.h"
 #include "app/form1.h"
+#include "app/form4.h"
 #include "build/disk_launch.h"
 #include "build/form3.h"
+#include "project/form5.h"
+#include "project/include_files.h"
+#include "project/new_project.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "util/text.h"
@@ -69,8 +75,16 @@ void Form1::checkCommand(UINT identifier, bool checked) {
                       static_cast<UINT>(MF_BYPOSITION) | (checked ? MFS_CHECKED : MFS_UNCHECKED));
 }
 
+void Form1::popUpMenu(UINT identifier) {
+    const auto place = findPlace(GetMenu(window_), identifier);
+    POINT mouse = {};
+    if (place && GetCursorPos(&mouse))
+        TrackPopupMenu(GetSubMenu(place->menu, static_cast<int>(place->position)), TPM_RIGHTBUTTON, mouse.x,
+                       mouse.y, 0, window_, nullptr);
+}
+
 void Form1::runCommand(UINT identifier) {
-    const CommandRow* const row = findCommand(identifier);
+    const CommandRow* const row = tavrel::findCommand(identifier);
     if (row == nullptr || row->handler == nullptr || !commandEnabled(identifier))
         return;
     guarded([&] { (this->*row->handler)(); });
@@ -104,12 +118,28 @@ void Form1::showRecentFiles() {
         InsertMenuA(file, mnuExit, MF_BYCOMMAND | MF_SEPARATOR, mnseparator1, nullptr);
 }
 
+void Form1::newProjectCommand() {
+    newProject(*workspace_, showNewProjectDialog(window_, templateNames(workspace_->AppDir)));
+}
+
 void Form1::openProjectCommand() {
     openProject(*workspace_);
 }
 
 void Form1::openPascalFileCommand() {
     openPascalFile(*workspace_);
+}
+
+void Form1::newIncludeCommand() {
+    newIncludeFile(*workspace_);
+}
+
+void Form1::openIncludeCommand() {
+    openIncludeFile(*workspace_);
+}
+
+void Form1::preferencesCommand() {
+    showPreferences(window_, *workspace_, [this] { applyFont(); });
 }
 
 void Form1::saveProjectCommand() {
@@ -165,6 +195,26 @@ void Form1::pasteCommand() {
 
 void Form1::deleteCommand() {
     Code1_->deleteSelection();
+}
+
+void Form1::findCommand() {
+    findDialogs_->showFind();
+}
+
+void Form1::findNextCommand() {
+    findDialogs_->findNext();
+}
+
+void Form1::replaceCommand() {
+    findDialogs_->showReplace();
+}
+
+void Form1::aboutCommand() {
+    form6_->show();
+}
+
+void Form1::showHistory() {
+    guarded([this] { showHistoryWindow(form6_->window(), readHistory(workspace_->AppDir)); });
 }
 
 void Form1::undoCommand() {

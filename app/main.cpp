@@ -6,6 +6,7 @@
 #include "util/runtime_error.h"
 #include "util/windows_dialogs.h"
 #include "util/windows_process_runner.h"
+#include "util/windows_shell.h"
 
 #include <array>
 #include <commctrl.h>
@@ -23,7 +24,8 @@ int runProgram(tavrel::WindowsMessageBoxes& messages) {
     tavrel::WindowsFileDialogs dialogs;
     tavrel::WindowsClassesRegistry registry;
     tavrel::WindowsProcessRunner processes;
-    tavrel::Form1 form({messages, dialogs, registry, processes}, programFolder());
+    tavrel::WindowsShell shell;
+    tavrel::Form1 form({messages, dialogs, registry, processes, shell}, programFolder());
     messages.setOwner(form.window());
     dialogs.setOwner(form.window());
     form.load(tavrel::argumentText(GetCommandLineA()));

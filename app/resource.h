@@ -61,6 +61,7 @@
 
 // The main window.
 #define Tavrel_Icon 100
+#define Template_Icon 101
 #define Form1_Code1 1201
 #define Form1_TV 1202
 #define Form1_StatusBar1 1203
@@ -85,3 +86,44 @@
 #define Form3_Text4 1403
 #define Form3_Command1 1404
 #define Form3_Command2 1405
+
+// The preferences.
+#define Form4_Dialog 400
+#define Form4_Frame1 1501
+#define Form4_Label1 1502
+#define Form4_Text1 1503
+#define Form4_Command3 1504
+#define Form4_Label2 1505
+#define Form4_Text2 1506
+#define Form4_Frame2 1507
+#define Form4_Label3 1508
+#define Form4_Text3 1509
+#define Form4_Command4 1510
+#define Form4_Label4 1511
+#define Form4_cmbFontSize 1512
+#define Form4_Check1 1513
+#define Form4_Check2 1514
+#define Form4_Check3 1515
+#define Form4_Chktooltip 1516
+#define Form4_Command1 1517
+#define Form4_Command2 1518
+
+// The New Project dialog.
+#define Form5_Dialog 500
+#define Form5_LVProjects 1601
+#define Form5_Check1 1602
+#define Form5_Command1 1603
+#define Form5_Command2 1604
+
+// The About dialog.
+#define Form6_Dialog 600
+#define Form6_Label1 1701
+#define Form6_Label2 1702
+#define Form6_Label3 1703
+#define Form6_Timer1 1704
+#define Form6_Icon 1705
+#define Form6_History 1706
+
+// The history.
+#define Form7_Dialog 700
+#define Form7_Text1 1801

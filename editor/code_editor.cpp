@@ -84,7 +84,7 @@ sptr_t CodeEditor::positionOf(EditorPosition position) const {
     const long line = std::clamp(position.line, 0L, lineCount() - 1);
     const sptr_t start = upper_->call(SCI_POSITIONFROMLINE, static_cast<uptr_t>(line));
     const sptr_t end = upper_->call(SCI_GETLINEENDPOSITION, static_cast<uptr_t>(line));
-    return std::min(start + std::max(position.column, 0L), end);
+    return std::min<sptr_t>(start + std::max(position.column, 0L), end);
 }
 
 EditorPosition CodeEditor::placeOf(sptr_t position) const {

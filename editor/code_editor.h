@@ -1,6 +1,7 @@
 // The editor control `Code1`: one text in one or two Scintilla panes.
 #pragma once
 
+#include "editor/editor_events.h"
 #include "editor/scintilla_view.h"
 #include "editor/source_editor.h"
 
@@ -8,6 +9,15 @@
 #include <windows.h>
 
 namespace tavrel {
+
+struct FindRequest {
+    std::string text;
+    bool matchCase = false;
+    bool wholeWord = false;
+    bool forward = true;
+};
+
+enum class Found { no, yes, behindTheEnd /* the search went on at the text's other end */ };
 
 class CodeEditor : public SourceEditor {
   public:
@@ -47,6 +57,18 @@ class CodeEditor : public SourceEditor {
     void deleteSelection() override;
     void giveFocus() override;
 
+    /// The selected text, "" when nothing is selected.
+    std::string selectedText() const;
+    /// Selects the next hit behind (or before) the selection, around the text's end.
+    Found find(const FindRequest& request);
+    /// Replaces the selection when it is a hit; false when it is not.
+    bool replaceMatch(const FindRequest& request, const std::string& replacement);
+    /// Replaces every hit of the text as one step of undo and gives back their number.
+    long replaceAll(const FindRequest& request, const std::string& replacement);
+
+    /// Reports keys and mouse buttons to `events`, which must outlive the editor.
+    void setEvents(EditorEvents* events) { events_ = events; }
+
     /// Font of the settings; a fixed-pitch one stands in for a font that is not installed.
     void setFont(const std::string& face, int size);
     /// Takes a key away from the editor, since the window's menu has it as a shortcut. Modifiers as SCMOD_
@@ -69,12 +91,17 @@ class CodeEditor : public SourceEditor {
     LRESULT handle(UINT message, WPARAM first, LPARAM second);
     ScintillaView& active() const;
     void setUp(const ScintillaView& view) const;
+    void listenTo(const ScintillaView& view);
+    LRESULT handlePane(HWND pane, UINT message, WPARAM first, LPARAM second);
+    static LRESULT CALLBACK paneProcedure(HWND pane, UINT message, WPARAM first, LPARAM second,
+                                          UINT_PTR identifier, DWORD_PTR editor);
     void placePanes();
     void dragSplitter(int y);
     sptr_t positionOf(EditorPosition position) const;
     EditorPosition placeOf(sptr_t position) const;
 
     HWND window_ = nullptr;
+    EditorEvents* events_ = nullptr;
     std::unique_ptr<ScintillaView> upper_;
     std::unique_ptr<ScintillaView> lower_;
     int splitterPosition_ = 0;

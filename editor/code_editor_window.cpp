@@ -29,6 +29,7 @@ CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
         throw std::runtime_error("The editor window cannot be made.");
     upper_ = std::make_unique<ScintillaView>(window_);
     setUp(*upper_);
+    listenTo(*upper_);
 }
 
 CodeEditor::~CodeEditor() {
@@ -54,14 +55,16 @@ void CodeEditor::setUp(const ScintillaView& view) const {
     view.call(SCI_MARKERDEFINE, 0, sptr_t{SC_MARK_BACKGROUND});
     view.call(SCI_MARKERSETBACK, 0, static_cast<sptr_t>(RGB(255, 200, 190)));
     view.call(SCI_SETMARGINTYPEN, 0, sptr_t{SC_MARGIN_NUMBER});
-    // Keys without a command would put control characters into the text.
+    // Keys without a command would put control characters into the text. Ctrl+Z has none here: the main
+    // window undoes, under a rule of its own.
     for (int key = 'A'; key <= 'Z'; ++key) {
         const auto control = static_cast<uptr_t>(key | (SCMOD_CTRL << 16));
-        if (std::string_view("ACVXYZLTDU").find(static_cast<char>(key)) == std::string_view::npos)
+        if (std::string_view("ACVXYLTDU").find(static_cast<char>(key)) == std::string_view::npos)
             view.call(SCI_ASSIGNCMDKEY, control, sptr_t{SCI_NULL});
         view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)),
                   sptr_t{SCI_NULL});
     }
+    view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(SCK_RETURN | (SCMOD_CTRL << 16)), sptr_t{SCI_NEWLINE});
     applyPascalStyle(view, face_, size_, characterSet_);
 }
 
@@ -71,6 +74,7 @@ void CodeEditor::setSplit(bool split) {
     if (split) {
         lower_ = std::make_unique<ScintillaView>(window_);
         setUp(*lower_);
+        listenTo(*lower_);
         lower_->call(SCI_SETDOCPOINTER, 0, upper_->call(SCI_GETDOCPOINTER));
     } else {
         const bool focused = lower_->hasFocus();

@@ -85,14 +85,24 @@ void addNestedIncludes(Workspace& workspace, std::size_t& counter) {
     }
 }
 
+/// A file that has just been created is empty, which is no reason to stop: it has no routines yet.
+void indexRoutines(Workspace& workspace, std::size_t node) {
+    try {
+        GetFileFunctions(workspace.FileRoutineLists, node - 2,
+                         AddBackslash(workspace.project.Folder) + workspace.tree.node(node).text);
+    } catch (const RuntimeError& error) {
+        if (error.number() != RuntimeErrorNumber::inputPastEndOfFile)
+            throw;
+    }
+}
+
 void rebuildRoutineIndex(Workspace& workspace) {
     const std::size_t count = workspace.tree.count();
     workspace.CaretPositions.assign(count + 1, EditorPosition());
     if (count >= 2 && workspace.settings.UseTooltips != storedFalse) {
         workspace.FileRoutineLists.assign(count, FileRoutineList());
         for (std::size_t node = 2; node <= count; ++node)
-            GetFileFunctions(workspace.FileRoutineLists, node - 2,
-                             AddBackslash(workspace.project.Folder) + workspace.tree.node(node).text);
+            indexRoutines(workspace, node);
     }
     RefreshTooltips(workspace);
 }

@@ -1,5 +1,7 @@
 #include "util/text.h"
 
+#include "util/runtime_error.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -124,6 +126,20 @@ double numericValue(std::string_view text) {
         return evaluateHex(std::string_view(solid).substr(2));
     const std::string number = decimalPrefix(solid);
     return number.empty() ? 0.0 : std::strtod(number.c_str(), nullptr);
+}
+
+std::int16_t convertToInteger(std::string_view text) {
+    const std::string number = trimBlanks(text);
+    const bool hexadecimal = number.size() > 2 && upperCase(number.substr(0, 2)) == "&H";
+    if (hexadecimal && number.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos)
+        return evaluateHex(std::string_view(number).substr(2));
+    if (number.empty() || decimalPrefix(number).size() != number.size())
+        throw RuntimeError(RuntimeErrorNumber::typeMismatch, number);
+    const double value = std::strtod(decimalPrefix(number).c_str(), nullptr);
+    constexpr double lowest = -32768.5; // a half goes to the even neighbour, which is the lowest integer
+    if (value < lowest || value >= 32767.5)
+        throw RuntimeError(RuntimeErrorNumber::overflow, number);
+    return static_cast<std::int16_t>(roundHalfToEven(value));
 }
 
 long roundHalfToEven(double value) {

@@ -36,6 +36,11 @@ std::int16_t evaluateHex(std::string_view text);
 /// reading stops at the first character that cannot be part of a number; 0 when there is none.
 double numericValue(std::string_view text);
 
+/// The 16-bit integer that a text stands for: a decimal number (with sign, decimals, exponent) rounded to the
+/// nearest integer, or "&H" and hexadecimal digits; blanks around it do not count. Throws RuntimeError 13
+/// when it is nothing of that, 6 when the number does not fit.
+std::int16_t convertToInteger(std::string_view text);
+
 /// Nearest integer, a half goes to the even neighbour (banker's rounding). The value must fit.
 long roundHalfToEven(double value);
 

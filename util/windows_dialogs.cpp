@@ -37,6 +37,12 @@ UINT buttonFlag(Buttons buttons) {
     return MB_OK;
 }
 
+/// While a dialog of ours is up the main window is disabled, and the dialog owns what is opened from it.
+HWND ownerNow(HWND mainWindow) {
+    return mainWindow != nullptr && IsWindowEnabled(mainWindow) == FALSE ? GetLastActivePopup(mainWindow)
+                                                                         : mainWindow;
+}
+
 constexpr std::size_t bufferLength = 254; // blanks; the dialog is told one more
 
 /// The record of the classic size (76 bytes on 32-bit Windows), filled as both dialogs share it.
@@ -56,7 +62,8 @@ OPENFILENAMEA dialogRecord(HWND owner, const std::string& filter, const std::str
 
 Answer WindowsMessageBoxes::show(const std::string& text, const std::string& title, Icon icon,
                                  Buttons buttons) {
-    switch (MessageBoxA(owner_, text.c_str(), title.c_str(), iconFlag(icon) | buttonFlag(buttons))) {
+    switch (
+        MessageBoxA(ownerNow(owner_), text.c_str(), title.c_str(), iconFlag(icon) | buttonFlag(buttons))) {
     case IDYES:
         return Answer::yes;
     case IDNO:
@@ -75,7 +82,7 @@ std::string WindowsFileDialogs::ShowOpenDialog(const OpenDialogRequest& request)
     // A buffer that starts with blanks would come up as the name "   "; the dialog is given an empty name and
     // the blanks behind it.
     file[0] = '\0';
-    OPENFILENAMEA record = dialogRecord(owner_, filter, request.title, request.initialFolder);
+    OPENFILENAMEA record = dialogRecord(ownerNow(owner_), filter, request.title, request.initialFolder);
     record.lpstrFile = file.data();
     record.nMaxFile =
         static_cast<DWORD>(bufferLength + 1); // std::string keeps a zero behind its last character
@@ -91,7 +98,7 @@ std::string WindowsFileDialogs::showSaveDialog(const SaveDialogRequest& request)
     const std::string filter = dialogFilter(request.filter);
     std::array<char, bufferLength + 1> file{};
     request.proposedPath.copy(file.data(), bufferLength);
-    OPENFILENAMEA record = dialogRecord(owner_, filter, request.title, request.initialFolder);
+    OPENFILENAMEA record = dialogRecord(ownerNow(owner_), filter, request.title, request.initialFolder);
     record.lpstrFile = file.data();
     record.nMaxFile = static_cast<DWORD>(file.size());
     record.Flags = openDialogFlags(false) | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST;
@@ -102,7 +109,7 @@ std::string WindowsFileDialogs::showSaveDialog(const SaveDialogRequest& request)
 
 std::string WindowsFileDialogs::BrowseForFolder(const std::string& prompt) {
     BROWSEINFOA info = {};
-    info.hwndOwner = owner_;
+    info.hwndOwner = ownerNow(owner_);
     info.lpszTitle = prompt.c_str();
     info.ulFlags = BIF_RETURNONLYFSDIRS;
     LPITEMIDLIST const chosen = SHBrowseForFolderA(&info);

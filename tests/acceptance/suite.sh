@@ -131,7 +131,7 @@ check "a short project file ends nothing" "ended 0" "$ended"
 
 printf 'Lost\r\n2E9B\r\nD200\r\nLOST.PAS\r\n' > "$work/LOST.TPJ"
 start "$work/LOST.TPJ"
-check "a missing main file is asked for" "" "$(drive answer Cancel)"
+check "a missing main file is asked for" "Show where the file LOST.PAS is" "$(drive answer Cancel)"
 check "a missing main file is told" "Could not find the file LOST.PAS" "$(drive answer OK)"
 stop
 check "a missing main file ends nothing" "ended 0" "$ended"

@@ -1,71 +1,12 @@
 // The main window, made in this process and used by real messages.
-#include "app/command_table.h"
-#include "app/form1.h"
-#include "tests/support/fakes.h"
+#include "tests/app/main_window.h"
 #include "util/runtime_error.h"
 #include "util/window_placing.h"
-
-#include <bit>
-#include <commctrl.h>
-#include <gtest/gtest.h>
 
 namespace tavrel {
 namespace {
 
-struct MainWindow : testing::Test {
-    test::TemporaryFolder program;
-    test::TemporaryFolder folder;
-    test::FakeMessageBoxes messages;
-    test::FakeFileDialogs dialogs;
-    test::FakeRegistry registry;
-    test::FakeProcessRunner processes;
-    std::unique_ptr<Form1> form;
-
-    MainWindow() {
-        program.makeFolder("help");
-        program.makeFolder("compiler");
-        program.write("help\\autocomplete.txt", "Abs(X)\r\nWriteLn(...)\r\n");
-        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM"})
-            program.write(std::string("compiler\\") + name, name);
-        folder.write("A.INC", "one\r\ntwo\r\n");
-        folder.write("M.PAS", "program M;\r\n{$I A.INC}\r\nbegin end.\r\n");
-        folder.write("M.TPJ", "Demo\r\n2E9B\r\nD200\r\nM.PAS\r\n");
-    }
-    void start(const std::string& argument = {}) {
-        form = std::make_unique<Form1>(Form1Seams{messages, dialogs, registry, processes}, program.path());
-        form->load(argument);
-        pump();
-    }
-    void startWithProject() { start(folder.path() + "M.TPJ"); }
-    void pump() {
-        try {
-            pumpPendingMessages();
-        } catch (const ProgramEnds&) {
-            MSG message; // take WM_QUIT away, the next test has a program of its own
-            PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-        }
-    }
-    void choose(UINT command) {
-        SendMessageA(form->window(), WM_COMMAND, command, 0);
-        pump();
-    }
-    void tick() { SendMessageA(form->window(), WM_TIMER, Form1_Timer1, 0); }
-    std::string panel(int number) {
-        std::string text(256, '\0');
-        SendDlgItemMessageA(form->window(), Form1_StatusBar1, SB_GETTEXTA, static_cast<WPARAM>(number - 1),
-                            std::bit_cast<LPARAM>(text.data()));
-        return text.c_str();
-    }
-    RECT place(int control) {
-        RECT rectangle = {};
-        GetWindowRect(GetDlgItem(form->window(), control), &rectangle);
-        MapWindowPoints(nullptr, form->window(), std::bit_cast<POINT*>(&rectangle), 2);
-        return rectangle;
-    }
-    bool menuHas(UINT command) {
-        return GetMenuState(GetMenu(form->window()), command, MF_BYCOMMAND) != static_cast<UINT>(-1);
-    }
-};
+using test::MainWindow;
 
 TEST_F(MainWindow, OpensWithTheProjectCommandsDisabled) {
     start();
@@ -94,6 +35,26 @@ TEST_F(MainWindow, EveryRowOfTheCommandTableIsInTheMenuOnce) {
         }
     }
     DestroyMenu(bar);
+}
+
+TEST_F(MainWindow, HasAnIconOfEachSizeThatTheShellShows) {
+    start();
+    EXPECT_NE(SendMessageA(form->window(), WM_GETICON, ICON_SMALL, 0), 0);
+    EXPECT_NE(GetClassLongPtrA(form->window(), GCLP_HICON), 0U);
+    for (const int side : {16, 20, 24, 32, 40, 48}) {
+        HANDLE const icon =
+            LoadImageA(GetModuleHandleA(nullptr), std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}), IMAGE_ICON,
+                       side, side, 0);
+        ICONINFO parts = {};
+        ASSERT_TRUE(GetIconInfo(static_cast<HICON>(icon), &parts)) << side;
+        BITMAP colours = {};
+        GetObjectA(parts.hbmColor, sizeof colours, &colours);
+        EXPECT_EQ(colours.bmWidth, side);
+        EXPECT_EQ(colours.bmBitsPixel, 32);
+        DeleteObject(parts.hbmColor);
+        DeleteObject(parts.hbmMask);
+        DestroyIcon(static_cast<HICON>(icon));
+    }
 }
 
 TEST_F(MainWindow, AMissingWordListStopsStartUp) {

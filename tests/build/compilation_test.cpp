@@ -81,7 +81,7 @@ TEST_F(Build, WithoutAProjectThereIsAMessage) {
 
 TEST_F(Build, ExactlyADiskfulBuildsAndOneByteMoreIsRefused) {
     const auto used = GetFolderSize(test.folder.path(), "*.*", true);
-    test.folder.write("BIG.DAT", std::string(737280 - used, 'x'));
+    test.folder.write("BIG.DAT", std::string(static_cast<std::size_t>(737280 - used), 'x'));
     EXPECT_TRUE(build());
     EXPECT_EQ(test.processes.runs.size(), 1U);
     test.folder.write("MORE.DAT", "x");

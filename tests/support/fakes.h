@@ -4,10 +4,12 @@
 #include "project/workspace.h"
 #include "tests/support/temporary_folder.h"
 #include "util/process_runner.h"
+#include "util/shell.h"
 
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,7 +39,8 @@ class FakeMessageBoxes : public MessageBoxes {
 
 class FakeFileDialogs : public FileDialogs {
   public:
-    std::string answer; ///< what the user chooses; "" is Cancel
+    std::string answer;                    ///< what the user chooses; "" is Cancel
+    std::optional<std::string> saveAnswer; ///< in the save dialog, when it is another
     std::vector<OpenDialogRequest> opened;
     std::vector<SaveDialogRequest> saved;
 
@@ -47,7 +50,7 @@ class FakeFileDialogs : public FileDialogs {
     }
     std::string showSaveDialog(const SaveDialogRequest& request) override {
         saved.push_back(request);
-        return answer;
+        return saveAnswer.value_or(answer);
     }
     std::string BrowseForFolder(const std::string&) override { return answer; }
 };
@@ -87,6 +90,19 @@ class FakeProcessRunner : public ProcessRunner {
     }
 };
 
+class FakeShell : public Shell {
+  public:
+    struct Execution {
+        void* owner;
+        ShellRequest request;
+    };
+    std::vector<Execution> executed;
+    std::vector<std::string> helpShown;
+
+    void execute(void* owner, const ShellRequest& request) override { executed.push_back({owner, request}); }
+    void showHelp(const std::string& path) override { helpShown.push_back(path); }
+};
+
 class FakeDisplay : public MainWindowDisplay {
   public:
     std::map<StatusPanel, std::string> panels;
@@ -124,7 +140,13 @@ class FakeEditor : public SourceEditor {
         writeWholeFile(path, content);
         changed = false;
     }
-    void insertText(std::string_view text, EditorPosition) override { content.insert(0, text); }
+    void insertText(std::string_view text, EditorPosition position) override {
+        std::size_t start = 0;
+        for (long i = 0; i < position.line; ++i)
+            start = content.find('\n', start) + 1;
+        content.insert(start + static_cast<std::size_t>(position.column), text);
+        changed = true;
+    }
     bool modified() const override { return changed; }
     void setModified(bool modified) override { changed = modified; }
     long lineCount() const override {

@@ -68,6 +68,30 @@ TEST(Text, RoundingTakesHalvesToTheEvenNeighbour) {
     EXPECT_EQ(roundHalfToEven(2.6), 3);
 }
 
+RuntimeErrorNumber conversionError(const std::string& text) {
+    try {
+        convertToInteger(text);
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return RuntimeErrorNumber::fileNotFound; // for "none"
+}
+
+TEST(Text, ConversionToIntegerTakesWholeNumbersOnly) {
+    EXPECT_EQ(convertToInteger("11"), 11);
+    EXPECT_EQ(convertToInteger(" -12 "), -12);
+    EXPECT_EQ(convertToInteger("10.5"), 10);
+    EXPECT_EQ(convertToInteger("11.5"), 12);
+    EXPECT_EQ(convertToInteger("1e1"), 10);
+    EXPECT_EQ(convertToInteger("&H1F"), 31);
+    EXPECT_EQ(convertToInteger("32767.4"), 32767);
+    EXPECT_EQ(convertToInteger("-32768.5"), -32768);
+    for (const char* const text : {"", " ", "x", "12x", "1 2", "&H", "&Hxyz", "-", "1e"})
+        EXPECT_EQ(conversionError(text), RuntimeErrorNumber::typeMismatch) << text;
+    for (const char* const text : {"32767.5", "32768", "-32769", "1e300", "1e999"})
+        EXPECT_EQ(conversionError(text), RuntimeErrorNumber::overflow) << text;
+}
+
 TEST(RuntimeErrors, CarryTheClassicTextAndTheDetail) {
     EXPECT_EQ(RuntimeError(RuntimeErrorNumber::fileNotFound).message(), "File not found");
     EXPECT_EQ(RuntimeError(RuntimeErrorNumber::inputPastEndOfFile, "x.txt").message(),

@@ -54,11 +54,17 @@ HWND editorPane(HWND form) {
     return FindWindowExA(GetDlgItem(form, Form1_Code1), nullptr, "Scintilla", nullptr);
 }
 
+/// A message box that has not got its words yet: its window is there before what stands in it.
+bool isUnfinished(HWND box) {
+    HWND const words = GetDlgItem(box, 0xFFFF);
+    return words == nullptr ? GetWindow(box, GW_CHILD) == nullptr : windowText(words).empty();
+}
+
 /// The message box or file dialog that is up, if any.
 HWND dialogBox() {
     HWND window = nullptr;
     while ((window = FindWindowExA(nullptr, window, "#32770", nullptr)) != nullptr) {
-        if (IsWindowVisible(window) != 0 && window != progressWindow())
+        if (IsWindowVisible(window) != 0 && window != progressWindow() && !isUnfinished(window))
             return window;
     }
     return nullptr;

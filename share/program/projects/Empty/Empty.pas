@@ -1,0 +1,4 @@
+program Empty;
+
+begin
+end.
