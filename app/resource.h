@@ -1,5 +1,5 @@
-// Names of the program's controls, for code, dialog templates, tests and the test driver. Only #defines: the resource
-// compiler reads this file too.
+// Names of the program's controls, for code, dialog templates, tests and the test driver. Only #defines: the
+// resource compiler reads this file too.
 #pragma once
 
 // Menu commands, in menu order.

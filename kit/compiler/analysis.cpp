@@ -32,7 +32,9 @@ bool isPure(IrOp op) {
     }
 }
 
-bool isBranch(IrOp op) { return op == IrOp::branch || op == IrOp::runtimeBranch; }
+bool isBranch(IrOp op) {
+    return op == IrOp::branch || op == IrOp::runtimeBranch;
+}
 
 using Bits = std::vector<std::uint32_t>;
 
@@ -44,10 +46,12 @@ void setBit(Bits& bits, std::size_t index, bool value) {
 /// Backward walk over one block's instructions with a set of live values.
 class BlockWalk {
   public:
-    BlockWalk(Function& function, const std::vector<std::uint16_t>& indexOf, const std::vector<ValueId>& crossing)
+    BlockWalk(Function& function, const std::vector<std::uint16_t>& indexOf,
+              const std::vector<ValueId>& crossing)
         : function_(function), indexOf_(indexOf), crossing_(crossing), temporaries_(function.values.size()) {}
 
-    /// Steps `live` from behind the block to before it; with `mark`, writes what it finds into the instructions.
+    /// Steps `live` from behind the block to before it; with `mark`, writes what it finds into the
+    /// instructions.
     void run(const Block& block, Bits& live, bool mark) {
         for (std::uint32_t i = block.last; i-- > block.first;) {
             step(function_.code[i], live, mark);
@@ -120,8 +124,8 @@ void countUses(Function& function) {
     for (const BlockId id : function.layout) {
         const Block& block = function.blocks[id];
         std::uint32_t weight = 1;
-        for (unsigned depth = block.loop == 0 ? 0 : function.loops[block.loop].depth; depth > 0 && weight < 4096;
-             --depth) {
+        for (unsigned depth = block.loop == 0 ? 0 : function.loops[block.loop].depth;
+             depth > 0 && weight < 4096; --depth) {
             weight *= 8;
         }
         for (std::uint32_t i = block.first; i < block.last; ++i) {

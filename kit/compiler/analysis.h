@@ -9,9 +9,9 @@ namespace tp3 {
 
 /// Which values are live where one block goes over into another, as bits by index into `crossing`.
 struct Liveness {
-    std::vector<ValueId> crossing;                ///< values that live from block to block
-    std::vector<std::vector<std::uint32_t>> in;   ///< by block
-    std::vector<std::vector<std::uint32_t>> out;  ///< by block
+    std::vector<ValueId> crossing;               ///< values that live from block to block
+    std::vector<std::vector<std::uint32_t>> in;  ///< by block
+    std::vector<std::vector<std::uint32_t>> out; ///< by block
 
     [[nodiscard]] static bool has(const std::vector<std::uint32_t>& bits, std::size_t index) {
         return (bits[index / 32] >> (index % 32) & 1U) != 0;
@@ -27,7 +27,8 @@ Liveness analyseLiveness(Function& function);
 /// Chooses the values that keep registers throughout the innermost loops.
 void pinLoopValues(Function& function, const Liveness& liveness);
 
-/// Calls `f(Operand&)` for every operand that is read: a, b, an indirect destination and the arguments of calls.
+/// Calls `f(Operand&)` for every operand that is read: a, b, an indirect destination and the arguments of
+/// calls.
 template <typename F> void forEachUse(Function& function, Ir& ir, F f) {
     if (ir.op == IrOp::parameters) {
         return;
@@ -43,6 +44,8 @@ template <typename F> void forEachUse(Function& function, Ir& ir, F f) {
 }
 
 /// The program's own code runs here: it may read and change every value that `callsMayUse`.
-inline bool runsForeignCode(IrOp op) { return op == IrOp::call || op == IrOp::inlineCode; }
+inline bool runsForeignCode(IrOp op) {
+    return op == IrOp::call || op == IrOp::inlineCode;
+}
 
 } // namespace tp3

@@ -10,7 +10,8 @@ namespace tp3 {
 
 /// Memory for trees, symbols and types: handed out in order, given back in one step to an earlier mark.
 /// What lives here is never destroyed one by one, so only trivially destructible things may.
-/// Under DOS there are some 600 kB for everything, which is why a routine's tree goes as soon as its code is made.
+/// Under DOS there are some 600 kB for everything, which is why a routine's tree goes as soon as its code is
+/// made.
 class Arena {
   public:
     struct Mark {

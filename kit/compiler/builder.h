@@ -77,7 +77,8 @@ class Builder {
         emit(IrOp::jump).target = target;
         open_ = false;
     }
-    void branch(Width width, Relation relation, bool isSigned, Operand a, Operand b, BlockId target, BlockId other) {
+    void branch(Width width, Relation relation, bool isSigned, Operand a, Operand b, BlockId target,
+                BlockId other) {
         Ir& ir = emit(IrOp::branch, width);
         ir.relation = relation;
         ir.isSigned = isSigned;

@@ -33,13 +33,16 @@ struct CompileResult {
     std::uint16_t dataBottom = 0; ///< lowest address of variables
 };
 
-/// Compiles one program: a first pass over the source finds errors and who calls whom, a second makes the code.
+/// Compiles one program: a first pass over the source finds errors and who calls whom, a second makes the
+/// code.
 CompileResult compile(Host& host, const CompileOptions& options);
 
-/// The three lines about sizes that end a successful run, with LF ends; none holds a comma, the first begins with "Code".
+/// The three lines about sizes that end a successful run, with LF ends; none holds a comma, the first begins
+/// with "Code".
 std::string sizeReport(const CompileResult& result, const CompileOptions& options);
 
-/// The error as one record of the error file: name, line, column, number and text, text quoted, CR LF at its end.
+/// The error as one record of the error file: name, line, column, number and text, text quoted, CR LF at its
+/// end.
 std::string errorRecord(const Diagnostic& diagnostic);
 
 /// The text of an error with what it is about, without quotes.

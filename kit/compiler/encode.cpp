@@ -11,7 +11,8 @@ class Encoder {
   public:
     Encoder(const std::vector<Instruction>& code, const std::vector<std::uint8_t>& pool,
             const std::vector<Fixup>& poolFixups, bool preferSize)
-        : code_(code), pool_(pool), poolFixups_(poolFixups), preferSize_(preferSize), isShort_(code.size()), offsets_(code.size() + 1) {}
+        : code_(code), pool_(pool), poolFixups_(poolFixups), preferSize_(preferSize), isShort_(code.size()),
+          offsets_(code.size() + 1) {}
 
     Encoded run() {
         for (std::size_t i = 0; i < code_.size(); ++i) {
@@ -49,7 +50,8 @@ class Encoder {
     }
 
     [[nodiscard]] std::int32_t distance(std::size_t i) const {
-        return static_cast<std::int32_t>(labels_[code_[i].index]) - static_cast<std::int32_t>(offsets_[i]) - 2;
+        return static_cast<std::int32_t>(labels_[code_[i].index]) - static_cast<std::int32_t>(offsets_[i]) -
+               2;
     }
 
     bool lengthen() {
@@ -59,7 +61,8 @@ class Encoder {
                 continue;
             }
             const std::int32_t d = distance(i);
-            // A jump that is taken costs 12 T-states short and 10 long; jumps back and unconditional ones mostly are.
+            // A jump that is taken costs 12 T-states short and 10 long; jumps back and unconditional ones
+            // mostly are.
             const bool mostlyTaken = d < 0 || static_cast<Condition>(code_[i].x) == Condition::always;
             if (d < -128 || d > 127 || (mostlyTaken && !preferSize_)) {
                 isShort_[i] = false;
@@ -86,7 +89,8 @@ class Encoder {
                 continue;
             }
             // A location counter: relative to where the inline code begins.
-            const unsigned value = (result_.bytes[offset] | unsigned{result_.bytes[offset + 1U]} << 8U) + here;
+            const unsigned value =
+                (result_.bytes[offset] | unsigned{result_.bytes[offset + 1U]} << 8U) + here;
             result_.bytes[offset] = static_cast<std::uint8_t>(value & 0xFFU);
             result_.bytes[offset + 1U] = static_cast<std::uint8_t>(value >> 8U & 0xFFU);
             result_.ownAddresses.push_back({offset, fixup.target, fixup.index});

@@ -63,7 +63,8 @@ void Image::addRoutine(std::uint16_t ordinal, const z80::Encoded& code) {
 bool Image::finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags) {
     for (std::size_t i = 0; i < fixups_.size(); ++i) {
         const auto& places = fixups_[i].target == z80::Target::routine ? routines_ : constants_;
-        word(fixupOffsets_[i], std::uint32_t{wordAt(fixupOffsets_[i])} + start_ + placeOf(places, fixups_[i].index));
+        word(fixupOffsets_[i],
+             std::uint32_t{wordAt(fixupOffsets_[i])} + start_ + placeOf(places, fixups_[i].index));
     }
     const auto length = static_cast<std::uint32_t>(bytes_.size());
     constexpr std::uint32_t leastStack = 256; // what the library's deepest entry and a few calls need

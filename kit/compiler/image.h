@@ -14,10 +14,12 @@ struct LineEntry {
     Position position;
 };
 
-/// The program's memory image from its start address: header, typed constants and code in the order of their arrival.
+/// The program's memory image from its start address: header, typed constants and code in the order of their
+/// arrival.
 class Image {
   public:
-    /// Bytes of the header that the library reads: a jump, start, length, end of data, stack top, heap, flags, reserved.
+    /// Bytes of the header that the library reads: a jump, start, length, end of data, stack top, heap,
+    /// flags, reserved.
     static constexpr std::uint16_t headerSize = 16;
 
     explicit Image(std::uint16_t start);
@@ -29,13 +31,15 @@ class Image {
     /// Marks that the code from `offset` bytes into the routine to be added next belongs to the place.
     void addLine(std::uint16_t offset, Position position);
 
-    /// Fills in the header and all addresses; `dataBottom` is the lowest address of variables, `end` their upper end.
-    /// False when code and data do not fit.
+    /// Fills in the header and all addresses; `dataBottom` is the lowest address of variables, `end` their
+    /// upper end. False when code and data do not fit.
     bool finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags);
 
     [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return bytes_; }
     [[nodiscard]] const std::vector<LineEntry>& lines() const { return lines_; }
-    [[nodiscard]] std::uint16_t address(std::size_t offset) const { return static_cast<std::uint16_t>(start_ + offset); }
+    [[nodiscard]] std::uint16_t address(std::size_t offset) const {
+        return static_cast<std::uint16_t>(start_ + offset);
+    }
 
   private:
     struct Place {

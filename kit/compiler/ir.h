@@ -20,11 +20,11 @@ enum class Width : std::uint8_t { byte = 1, word = 2 };
 struct Operand {
     enum class Kind : std::uint8_t {
         none,
-        constant,  ///< n
-        value,     ///< id
-        address,   ///< the 16-bit address target/index + n (of a typed constant, a literal or a routine)
-        memory,    ///< what lies at target/index + n; target absolute: at n
-        indirect,  ///< what lies n bytes behind the address held in id
+        constant, ///< n
+        value,    ///< id
+        address,  ///< the 16-bit address target/index + n (of a typed constant, a literal or a routine)
+        memory,   ///< what lies at target/index + n; target absolute: at n
+        indirect, ///< what lies n bytes behind the address held in id
     };
     Kind kind = Kind::none;
     z80::Target target = z80::Target::absolute;
@@ -66,7 +66,9 @@ struct Operand {
 };
 
 enum class Relation : std::uint8_t { equal, notEqual, less, greaterEqual, greater, lessEqual };
-constexpr Relation opposite(Relation r) { return static_cast<Relation>(static_cast<unsigned>(r) ^ 1U); }
+constexpr Relation opposite(Relation r) {
+    return static_cast<Relation>(static_cast<unsigned>(r) ^ 1U);
+}
 /// The relation that holds of (b, a) when `r` holds of (a, b).
 constexpr Relation mirrored(Relation r) {
     switch (r) {
@@ -84,38 +86,46 @@ constexpr Relation mirrored(Relation r) {
 }
 
 enum class IrOp : std::uint8_t {
-    copy,      ///< dst := a (any operand)
-    store,     ///< dst (memory) := a (value, constant or address)
-    add, subtract, bitAnd, bitOr, bitXor, ///< dst := a op b
-    negate, bitNot,
-    shiftLeft, shiftRight, ///< by the constant b; logical
-    multiplyConstant,      ///< word dst := a * constant b
-    absolute,              ///< word dst := the amount of a
-    dividePower,           ///< word dst := a div 2^b, signed and truncated to zero
-    widen,     ///< word dst := byte a
-    narrow,    ///< byte dst := low byte of word a
-    highByte,  ///< byte dst := high byte of word a
-    joinBytes, ///< word dst := byte a * 256 + byte b
-    compare,   ///< byte dst := 1 if a relation b, else 0
-    branch,    ///< to block `target` if a relation b, else to block `other`
-    jump,      ///< to block `target`
-    call,      ///< routine `index` with arguments in registers; dst its result
-    runtime,   ///< library entry `index` with arguments in registers; dst its result, from `resultRegister`
-    runtimeBranch, ///< the same, then a branch on the flags as after a comparison (carry less, Z equal)
+    copy,  ///< dst := a (any operand)
+    store, ///< dst (memory) := a (value, constant or address)
+    add,
+    subtract,
+    bitAnd,
+    bitOr,
+    bitXor, ///< dst := a op b
+    negate,
+    bitNot,
+    shiftLeft,
+    shiftRight,       ///< by the constant b; logical
+    multiplyConstant, ///< word dst := a * constant b
+    absolute,         ///< word dst := the amount of a
+    dividePower,      ///< word dst := a div 2^b, signed and truncated to zero
+    widen,            ///< word dst := byte a
+    narrow,           ///< byte dst := low byte of word a
+    highByte,         ///< byte dst := high byte of word a
+    joinBytes,        ///< word dst := byte a * 256 + byte b
+    compare,          ///< byte dst := 1 if a relation b, else 0
+    branch,           ///< to block `target` if a relation b, else to block `other`
+    jump,             ///< to block `target`
+    call,             ///< routine `index` with arguments in registers; dst its result
+    runtime, ///< library entry `index` with arguments in registers; dst its result, from `resultRegister`
+    runtimeBranch,  ///< the same, then a branch on the flags as after a comparison (carry less, Z equal)
     runtimeCompare, ///< the same, giving 1 or 0 in the byte dst
-    runtimeText, ///< library entry that is followed by n bytes of text from `firstArgument` in Function::bytes
-    parameters,  ///< start of a routine: its register arguments become values (the arguments' operands)
-    stackCheck,  ///< run-time error FF when the stack has come near the heap
-    frameEnter,  ///< makes a frame of n bytes and points dst (a variable) to it, the old content being kept
+    runtimeText,    ///< library entry that is followed by n bytes of text from `firstArgument` in
+                    ///< Function::bytes
+    parameters,     ///< start of a routine: its register arguments become values (the arguments' operands)
+    stackCheck,     ///< run-time error FF when the stack has come near the heap
+    frameEnter, ///< makes a frame of n bytes and points dst (a variable) to it, the old content being kept
     frameLeave,
     stackAllocate, ///< dst := address of n fresh bytes on the stack
     stackFree,     ///< gives n bytes back
-    check, ///< library entry `index` unless constant b <= a <= constant dst (unsigned for bytes, signed for words)
-    blockMove,     ///< n bytes from the address in HL to the address in DE, both arguments
-    portIn,  ///< byte dst := port a (word value or constant)
-    portOut, ///< port a := byte b
+    check, ///< library entry `index` unless constant b <= a <= constant dst (unsigned for bytes, signed for
+           ///< words)
+    blockMove,  ///< n bytes from the address in HL to the address in DE, both arguments
+    portIn,     ///< byte dst := port a (word value or constant)
+    portOut,    ///< port a := byte b
     inlineCode, ///< machine code of the program's own; everything is clobbered
-    leave, ///< return from the routine with a (or none)
+    leave,      ///< return from the routine with a (or none)
 };
 
 /// An argument that a call wants in a certain register.
@@ -130,16 +140,16 @@ struct Ir {
     IrOp op = IrOp::copy;
     Width width = Width::word; ///< of the operation: of dst, of the compared operands, of the stored thing
     Relation relation = Relation::equal;
-    bool isSigned = false; ///< relation on words
-    bool reenters = false; ///< call: may run this routine again
-    bool dead = false;     ///< the result is never used and nothing else happens
+    bool isSigned = false;  ///< relation on words
+    bool reenters = false;  ///< call: may run this routine again
+    bool dead = false;      ///< the result is never used and nothing else happens
     bool resultUsed = true; ///< dst is live afterwards
     z80::Reg resultReg = z80::Reg::a;
     z80::Pair resultPair = z80::Pair::hl;
     std::uint8_t argumentCount = 0;
     std::uint16_t firstArgument = 0;
-    std::uint16_t index = 0;  ///< routine ordinal, library entry, first byte of a literal or inline text
-    std::uint16_t n = 0;      ///< sizes, counts
+    std::uint16_t index = 0; ///< routine ordinal, library entry, first byte of a literal or inline text
+    std::uint16_t n = 0;     ///< sizes, counts
     BlockId target = noBlock;
     BlockId other = noBlock;
     Operand dst, a, b;
@@ -154,8 +164,8 @@ struct ValueInfo {
     bool liveAtExit = false;    ///< its home is looked at after the routine has ended
     bool keptByCalls = false;   ///< its home holds the same after every call (frame addresses)
     bool hasHome = false;
-    std::uint16_t home = 0;     ///< address in static memory; spilled values get theirs when needed
-    std::uint32_t weight = 0;   ///< uses, weighted by loop depth
+    std::uint16_t home = 0;   ///< address in static memory; spilled values get theirs when needed
+    std::uint32_t weight = 0; ///< uses, weighted by loop depth
 };
 
 struct Loop {

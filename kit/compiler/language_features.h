@@ -8,7 +8,7 @@ struct Features {
     bool reals = false; ///< Real, its literals, /, Sin and the like
     bool sets = false;
     bool files = false; ///< Text, file of, Assign and the like, Con, Lst and the other devices
-    bool heap = false; ///< New, Dispose, GetMem and the like; pointer types themselves are always there
+    bool heap = false;  ///< New, Dispose, GetMem and the like; pointer types themselves are always there
 };
 
 /// What generator and run-time library of this version can do. Open a part here when they can do more.

@@ -2,7 +2,8 @@
 
 namespace tp3 {
 
-Lowering::Lowering(Storage& storage, const Routine& routine) : storage_(storage), routine_(routine), b_(function_) {
+Lowering::Lowering(Storage& storage, const Routine& routine)
+    : storage_(storage), routine_(routine), b_(function_) {
     function_.isMain = routine.level == 0;
     function_.recursive = storage.survey().routines[routine.ordinal].recursive;
 }

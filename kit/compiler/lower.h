@@ -13,7 +13,9 @@
 namespace tp3 {
 
 /// Width of the register that holds a value of this type.
-inline Width widthOfType(const Type* type) { return type != nullptr && type->size == 1 ? Width::byte : Width::word; }
+inline Width widthOfType(const Type* type) {
+    return type != nullptr && type->size == 1 ? Width::byte : Width::word;
+}
 
 /// The expression's value is known to lie in 0..255, so that 8 bits hold it.
 bool fitsByte(const Expr* e);
@@ -27,8 +29,8 @@ bool hasCall(const Expr* e);
 /// Evaluating it takes room on the stack or may fail, so it cannot be left out or done out of order.
 bool isPlain(const Expr* e);
 
-/// Turns one routine's tree into intermediate code: places become addresses, structured operations become library
-/// calls, arithmetic is done in 8 bits where that gives the same, control flow becomes blocks.
+/// Turns one routine's tree into intermediate code: places become addresses, structured operations become
+/// library calls, arithmetic is done in 8 bits where that gives the same, control flow becomes blocks.
 class Lowering {
   public:
     Lowering(Storage& storage, const Routine& routine);
@@ -52,8 +54,8 @@ class Lowering {
     Operand variablePlace(const Symbol& variable, Width width);
     Operand slotOperand(const Symbol& variable, const Slot& slot);
     Operand indexPlace(const Expr* e);
-    Operand elementPlace(Operand base, const Expr* index, std::int32_t low, std::uint32_t elementSize, bool checked,
-                         std::int32_t high);
+    Operand elementPlace(Operand base, const Expr* index, std::int32_t low, std::uint32_t elementSize,
+                         bool checked, std::int32_t high);
     Operand offsetPlace(Operand base, std::int32_t offset);
     static Operand memoryAt(Operand address);
     Operand addressOf(Operand place);
@@ -90,9 +92,12 @@ class Lowering {
         z80::Reg reg;
         bool isByte;
     };
-    static LibraryArgument word(z80::Pair pair, Operand operand) { return {operand, pair, z80::Reg::a, false}; }
+    static LibraryArgument word(z80::Pair pair, Operand operand) {
+        return {operand, pair, z80::Reg::a, false};
+    }
     static LibraryArgument byte(z80::Reg reg, Operand operand) { return {operand, z80::Pair::hl, reg, true}; }
-    Ir& library(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments, IrOp op = IrOp::runtime);
+    Ir& library(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments,
+                IrOp op = IrOp::runtime);
     Operand libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments,
                         z80::Pair result = z80::Pair::hl);
     Operand libraryByte(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments);

@@ -2,8 +2,8 @@
 
 namespace tp3 {
 
-/// Calls a routine of the program. A structured result goes to `resultAddress`, or to the stack when that is none;
-/// then its address is what comes back.
+/// Calls a routine of the program. A structured result goes to `resultAddress`, or to the stack when that is
+/// none; then its address is what comes back.
 Operand Lowering::call(const Expr* e, Operand resultAddress) {
     const Routine& callee = *e->symbol->routine;
     if (callee.isExternal) {
@@ -48,10 +48,12 @@ Operand Lowering::call(const Expr* e, Operand resultAddress) {
     const std::vector<ParameterPlace> places = storage_.parameterPlaces(callee);
     for (std::size_t i = 0; i < places.size() && i < values.size(); ++i) {
         if (places[i].kind == ParameterPlace::Kind::home) {
-            b_.copy(Operand::memory(places[i].address), values[i], places[i].isByte ? Width::byte : Width::word);
+            b_.copy(Operand::memory(places[i].address), values[i],
+                    places[i].isByte ? Width::byte : Width::word);
         }
     }
-    Ir& ir = b_.emit(IrOp::call, callee.result != nullptr && !structured ? widthOfType(callee.result->type) : Width::word);
+    Ir& ir = b_.emit(IrOp::call, callee.result != nullptr && !structured ? widthOfType(callee.result->type)
+                                                                         : Width::word);
     ir.index = callee.ordinal;
     const auto& facts = storage_.survey().routines;
     ir.reenters = function_.recursive && facts[callee.ordinal].component == facts[routine_.ordinal].component;
@@ -90,7 +92,8 @@ Ir& Lowering::library(RuntimeEntry entry, std::initializer_list<LibraryArgument>
     return ir;
 }
 
-Operand Lowering::libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments, z80::Pair result) {
+Operand Lowering::libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments,
+                              z80::Pair result) {
     const Operand dst = Operand::value(b_.temporary(Width::word));
     Ir& ir = library(entry, arguments);
     ir.width = Width::word;
@@ -110,7 +113,8 @@ Operand Lowering::libraryByte(RuntimeEntry entry, std::initializer_list<LibraryA
 
 /// Copies `size` bytes from one address to another.
 void Lowering::moveBlock(Operand from, Operand to, std::uint16_t size) {
-    library(RuntimeEntry::moveBytes, {word(z80::Pair::hl, from), word(z80::Pair::de, to)}, IrOp::blockMove).n = size;
+    library(RuntimeEntry::moveBytes, {word(z80::Pair::hl, from), word(z80::Pair::de, to)}, IrOp::blockMove)
+        .n = size;
 }
 
 /// Calls an entry that finds a string behind its call.

@@ -12,12 +12,18 @@ std::int32_t logarithm(std::int32_t power) {
     return n;
 }
 
-bool isComparison(Operator op) { return op >= Operator::equal && op <= Operator::greaterEqual; }
+bool isComparison(Operator op) {
+    return op >= Operator::equal && op <= Operator::greaterEqual;
+}
 
-bool comparesScalars(const Expr* e) { return isScalar(e->left->type) && isScalar(e->right->type); }
+bool comparesScalars(const Expr* e) {
+    return isScalar(e->left->type) && isScalar(e->right->type);
+}
 
 /// Both sides fit 8 bits, which are compared without sign.
-bool comparesBytes(const Expr* e) { return fitsByte(e->left) && fitsByte(e->right); }
+bool comparesBytes(const Expr* e) {
+    return fitsByte(e->left) && fitsByte(e->right);
+}
 
 } // namespace
 
@@ -41,8 +47,9 @@ Relation relationOf(Operator op) {
 /// The value of a scalar expression, or of its low byte when `want` is a byte.
 Operand Lowering::evaluate(const Expr* e, Width want) {
     if (e->kind == ExprKind::ordinal) {
-        return Operand::constant(want == Width::byte ? e->value & 0xFF
-                                                     : static_cast<std::int32_t>(static_cast<std::int16_t>(e->value)));
+        return Operand::constant(want == Width::byte
+                                     ? e->value & 0xFF
+                                     : static_cast<std::int32_t>(static_cast<std::int16_t>(e->value)));
     }
     if (want == Width::word && fitsByte(e)) {
         return resize(evaluate(e, Width::byte), Width::byte, Width::word);
@@ -116,8 +123,9 @@ Operand Lowering::unary(const Expr* e, Width want) {
     case Operator::bitNot:
         return b_.operation(IrOp::bitNot, want, evaluate(e->left, want));
     case Operator::logicalNot:
-        return resize(b_.operation(IrOp::bitXor, Width::byte, evaluate(e->left, Width::byte), Operand::constant(1)),
-                      Width::byte, want);
+        return resize(
+            b_.operation(IrOp::bitXor, Width::byte, evaluate(e->left, Width::byte), Operand::constant(1)),
+            Width::byte, want);
     default:
         cannot(e->position);
         return Operand::constant(0);
@@ -141,7 +149,8 @@ Operand Lowering::binary(const Expr* e, Width want) {
         return binaryOperation(IrOp::add, e, want);
     case Operator::subtract:
         if (e->right->kind == ExprKind::ordinal) {
-            return b_.operation(IrOp::add, want, evaluate(e->left, want), Operand::constant(-e->right->value));
+            return b_.operation(IrOp::add, want, evaluate(e->left, want),
+                                Operand::constant(-e->right->value));
         }
         return binaryOperation(IrOp::subtract, e, want);
     case Operator::bitAnd:
@@ -184,8 +193,8 @@ Operand Lowering::shift(const Expr* e, Width want) {
     if (count == 0) {
         return resize(a, width, want);
     }
-    return resize(b_.operation(left ? IrOp::shiftLeft : IrOp::shiftRight, width, a, Operand::constant(count)), width,
-                  want);
+    return resize(b_.operation(left ? IrOp::shiftLeft : IrOp::shiftRight, width, a, Operand::constant(count)),
+                  width, want);
 }
 
 Operand Lowering::product(const Expr* e, Width want) {
@@ -204,8 +213,8 @@ Operand Lowering::product(const Expr* e, Width want) {
                       Width::word, want);
     }
     auto [a, b] = operands(e->left, e->right, Width::word);
-    return resize(libraryWord(RuntimeEntry::multiply, {word(z80::Pair::hl, a), word(z80::Pair::de, b)}), Width::word,
-                  want);
+    return resize(libraryWord(RuntimeEntry::multiply, {word(z80::Pair::hl, a), word(z80::Pair::de, b)}),
+                  Width::word, want);
 }
 
 Operand Lowering::quotient(const Expr* e, Width want) {
@@ -266,7 +275,8 @@ Operand Lowering::convert(const Expr* e, Width want) {
     return evaluate(e->left, want);
 }
 
-void Lowering::checkRange(Operand value, Width width, std::int32_t low, std::int32_t high, RuntimeEntry error) {
+void Lowering::checkRange(Operand value, Width width, std::int32_t low, std::int32_t high,
+                          RuntimeEntry error) {
     if (value.isConstant()) {
         return; // the parser has judged constants
     }
@@ -307,8 +317,9 @@ bool Lowering::conditionOnBits(const Expr* e, BlockId whenTrue, BlockId whenFals
     if (e->kind == ExprKind::standardCall && static_cast<StandardRoutine>(e->value) == StandardRoutine::odd) {
         tested = e->left;
     } else if (e->kind == ExprKind::binary && (e->op == Operator::equal || e->op == Operator::notEqual) &&
-               e->right->kind == ExprKind::ordinal && e->right->value == 0 && e->left->kind == ExprKind::binary &&
-               e->left->op == Operator::modulo && isPowerOfTwoConstant(e->left->right)) {
+               e->right->kind == ExprKind::ordinal && e->right->value == 0 &&
+               e->left->kind == ExprKind::binary && e->left->op == Operator::modulo &&
+               isPowerOfTwoConstant(e->left->right)) {
         tested = e->left->left;
         mask = e->left->right->value - 1;
         relation = relationOf(e->op);
@@ -354,8 +365,8 @@ void Lowering::comparisonBranch(const Expr* e, BlockId whenTrue, BlockId whenFal
     b_.branch(width, relation, width == Width::word, a, b, whenTrue, whenFalse);
 }
 
-/// Goes on in one block or the other. `and` and `or` skip their right side when it is plain: the language evaluates
-/// both sides always, but of a plain one nobody can tell.
+/// Goes on in one block or the other. `and` and `or` skip their right side when it is plain: the language
+/// evaluates both sides always, but of a plain one nobody can tell.
 void Lowering::condition(const Expr* e, BlockId whenTrue, BlockId whenFalse) {
     if (e->kind == ExprKind::ordinal) {
         releaseStack();
@@ -369,7 +380,8 @@ void Lowering::condition(const Expr* e, BlockId whenTrue, BlockId whenFalse) {
     if (conditionOnBits(e, whenTrue, whenFalse)) {
         return;
     }
-    if (e->kind == ExprKind::binary && (e->op == Operator::bitAnd || e->op == Operator::bitOr) && isPlain(e->right)) {
+    if (e->kind == ExprKind::binary && (e->op == Operator::bitAnd || e->op == Operator::bitOr) &&
+        isPlain(e->right)) {
         const BlockId second = b_.newBlock();
         if (e->op == Operator::bitAnd) {
             condition(e->left, second, whenFalse);

@@ -6,7 +6,9 @@ namespace {
 
 constexpr std::int32_t unknown = -1;
 
-bool isPowerOfTwo(std::int32_t n) { return n > 0 && (n & (n - 1)) == 0; }
+bool isPowerOfTwo(std::int32_t n) {
+    return n > 0 && (n & (n - 1)) == 0;
+}
 
 std::int32_t upperBound(const Expr* e);
 
@@ -21,7 +23,8 @@ std::int32_t upperBoundOfBinary(const Expr* e) {
         return both && left * right <= 32767 ? left * right : unknown;
     case Operator::integerDivide:
     case Operator::modulo:
-        if (e->op == Operator::modulo && both && e->right->kind == ExprKind::ordinal && right > 0 && right - 1 < left) {
+        if (e->op == Operator::modulo && both && e->right->kind == ExprKind::ordinal && right > 0 &&
+            right - 1 < left) {
             return right - 1;
         }
         return both ? left : unknown;
@@ -48,8 +51,8 @@ std::int32_t upperBoundOfBinary(const Expr* e) {
     }
 }
 
-/// The greatest value that the expression can have when it cannot be negative, else unknown. Variables may hold
-/// anything that fits in their bytes, whatever their subrange says, because checks may be off.
+/// The greatest value that the expression can have when it cannot be negative, else unknown. Variables may
+/// hold anything that fits in their bytes, whatever their subrange says, because checks may be off.
 std::int32_t upperBound(const Expr* e) {
     if (e->kind == ExprKind::ordinal) {
         return e->value >= 0 ? e->value : unknown;
@@ -60,8 +63,8 @@ std::int32_t upperBound(const Expr* e) {
     if (e->kind == ExprKind::binary && e->type != nullptr && e->type->isOrdinal()) {
         return upperBoundOfBinary(e);
     }
-    if (e->kind == ExprKind::convert && e->type != nullptr && e->type->isOrdinal() && e->left->type != nullptr &&
-        e->left->type->isOrdinal()) {
+    if (e->kind == ExprKind::convert && e->type != nullptr && e->type->isOrdinal() &&
+        e->left->type != nullptr && e->left->type->isOrdinal()) {
         return upperBound(e->left);
     }
     if (e->kind == ExprKind::standardCall) {
@@ -84,9 +87,13 @@ bool fitsByte(const Expr* e) {
     return bound != unknown && bound <= 255;
 }
 
-Width naturalWidth(const Expr* e) { return fitsByte(e) ? Width::byte : Width::word; }
+Width naturalWidth(const Expr* e) {
+    return fitsByte(e) ? Width::byte : Width::word;
+}
 
-bool isNonNegative(const Expr* e) { return upperBound(e) != unknown; }
+bool isNonNegative(const Expr* e) {
+    return upperBound(e) != unknown;
+}
 
 bool hasCall(const Expr* e) {
     if (e == nullptr) {
@@ -111,8 +118,8 @@ bool isPlain(const Expr* e) {
         return true;
     }
     if (e->checked || (e->type != nullptr && !e->type->isSimple() && e->kind != ExprKind::variable &&
-                       e->kind != ExprKind::index && e->kind != ExprKind::field && e->kind != ExprKind::dereference &&
-                       e->kind != ExprKind::string)) {
+                       e->kind != ExprKind::index && e->kind != ExprKind::field &&
+                       e->kind != ExprKind::dereference && e->kind != ExprKind::string)) {
         return false;
     }
     switch (e->kind) {
@@ -153,6 +160,8 @@ bool isPlain(const Expr* e) {
     return isPlain(e->left) && isPlain(e->right);
 }
 
-bool isPowerOfTwoConstant(const Expr* e) { return e->kind == ExprKind::ordinal && isPowerOfTwo(e->value); }
+bool isPowerOfTwoConstant(const Expr* e) {
+    return e->kind == ExprKind::ordinal && isPowerOfTwo(e->value);
+}
 
 } // namespace tp3

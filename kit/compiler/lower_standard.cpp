@@ -4,9 +4,13 @@ namespace tp3 {
 
 namespace {
 
-StandardRoutine routineOf(const Expr* e) { return static_cast<StandardRoutine>(e->value); }
+StandardRoutine routineOf(const Expr* e) {
+    return static_cast<StandardRoutine>(e->value);
+}
 
-bool isZero(const Expr* e) { return e == nullptr || (e->kind == ExprKind::ordinal && e->value == 0); }
+bool isZero(const Expr* e) {
+    return e == nullptr || (e->kind == ExprKind::ordinal && e->value == 0);
+}
 
 } // namespace
 
@@ -15,8 +19,9 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
     const Expr* first = e->left;
     switch (routineOf(e)) {
     case StandardRoutine::randomLimit:
-        return resize(libraryWord(RuntimeEntry::randomWord, {word(z80::Pair::hl, evaluate(first, Width::word))}),
-                      Width::word, want);
+        return resize(
+            libraryWord(RuntimeEntry::randomWord, {word(z80::Pair::hl, evaluate(first, Width::word))}),
+            Width::word, want);
     case StandardRoutine::length:
         if (first->kind == ExprKind::string) {
             return Operand::constant(first->textLength);
@@ -25,7 +30,8 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
     case StandardRoutine::pos: {
         const Operand target = stringAddress(first);
         const Operand text = stringAddress(first->next);
-        return resize(libraryWord(RuntimeEntry::stringPosition, {word(z80::Pair::hl, target), word(z80::Pair::de, text)}),
+        return resize(libraryWord(RuntimeEntry::stringPosition,
+                                  {word(z80::Pair::hl, target), word(z80::Pair::de, text)}),
                       Width::word, want);
     }
     case StandardRoutine::addressOf: {
@@ -35,11 +41,12 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
     case StandardRoutine::bdos:
     case StandardRoutine::bdosHL: {
         const Operand function = freeze(evaluate(first, Width::word), Width::word);
-        const Operand parameter = first->next != nullptr ? evaluate(first->next, Width::word) : Operand::constant(0);
+        const Operand parameter =
+            first->next != nullptr ? evaluate(first->next, Width::word) : Operand::constant(0);
         const RuntimeEntry entry =
             routineOf(e) == StandardRoutine::bdos ? RuntimeEntry::bdos : RuntimeEntry::bdosHL;
-        return resize(libraryWord(entry, {word(z80::Pair::bc, function), word(z80::Pair::de, parameter)}), Width::word,
-                      want);
+        return resize(libraryWord(entry, {word(z80::Pair::bc, function), word(z80::Pair::de, parameter)}),
+                      Width::word, want);
     }
     case StandardRoutine::paramCount:
         return resize(libraryWord(RuntimeEntry::paramCount, {}), Width::word, want);
@@ -67,12 +74,14 @@ Operand Lowering::standardArithmetic(const Expr* e, Width want) {
     }
     case StandardRoutine::sqr: {
         const Operand value = freeze(evaluate(first, Width::word), Width::word);
-        return resize(libraryWord(RuntimeEntry::multiply, {word(z80::Pair::hl, value), word(z80::Pair::de, value)}),
-                      Width::word, want);
+        return resize(
+            libraryWord(RuntimeEntry::multiply, {word(z80::Pair::hl, value), word(z80::Pair::de, value)}),
+            Width::word, want);
     }
     case StandardRoutine::odd:
-        return resize(b_.operation(IrOp::bitAnd, Width::byte, evaluate(first, Width::byte), Operand::constant(1)),
-                      Width::byte, want);
+        return resize(
+            b_.operation(IrOp::bitAnd, Width::byte, evaluate(first, Width::byte), Operand::constant(1)),
+            Width::byte, want);
     case StandardRoutine::pred:
     case StandardRoutine::succ: {
         const Width width = widthOfType(e->type);
@@ -84,7 +93,8 @@ Operand Lowering::standardArithmetic(const Expr* e, Width want) {
             evaluate(first, Width::byte);
             return Operand::constant(0);
         }
-        return resize(b_.operation(IrOp::highByte, Width::byte, evaluate(first, Width::word)), Width::byte, want);
+        return resize(b_.operation(IrOp::highByte, Width::byte, evaluate(first, Width::word)), Width::byte,
+                      want);
     case StandardRoutine::lo:
         return resize(evaluate(first, Width::byte), Width::byte, want);
     case StandardRoutine::swap: {
@@ -146,7 +156,8 @@ bool Lowering::standardOutput(const Expr* e) {
               word(z80::Pair::hl, evaluate(value, Width::word)));
         return true;
     case StandardRoutine::writeChar:
-        write(RuntimeEntry::writeChar, RuntimeEntry::writeCharWidth, byte(z80::Reg::a, evaluate(value, Width::byte)));
+        write(RuntimeEntry::writeChar, RuntimeEntry::writeCharWidth,
+              byte(z80::Reg::a, evaluate(value, Width::byte)));
         return true;
     case StandardRoutine::writeBoolean:
         write(RuntimeEntry::writeBoolean, RuntimeEntry::writeBooleanWidth,
@@ -163,8 +174,9 @@ bool Lowering::standardOutput(const Expr* e) {
             if (isZero(width)) {
                 library(RuntimeEntry::writeChars, {word(z80::Pair::hl, address), word(z80::Pair::bc, count)});
             } else {
-                library(RuntimeEntry::writeCharsWidth, {word(z80::Pair::hl, address), word(z80::Pair::bc, count),
-                                                        word(z80::Pair::de, evaluate(width, Width::word))});
+                library(RuntimeEntry::writeCharsWidth,
+                        {word(z80::Pair::hl, address), word(z80::Pair::bc, count),
+                         word(z80::Pair::de, evaluate(width, Width::word))});
             }
         } else {
             write(RuntimeEntry::writeString, RuntimeEntry::writeStringWidth,
@@ -244,8 +256,9 @@ bool Lowering::standardMemory(const Expr* e) {
     }
     case StandardRoutine::valInteger: {
         const Operand text = stringAddress(first);
-        library(RuntimeEntry::stringToInteger, {word(z80::Pair::hl, text), word(z80::Pair::de, addressOfDesignator(second)),
-                                                word(z80::Pair::bc, addressOfDesignator(third))});
+        library(RuntimeEntry::stringToInteger,
+                {word(z80::Pair::hl, text), word(z80::Pair::de, addressOfDesignator(second)),
+                 word(z80::Pair::bc, addressOfDesignator(third))});
         return true;
     }
     case StandardRoutine::move: {
@@ -259,8 +272,8 @@ bool Lowering::standardMemory(const Expr* e) {
     case StandardRoutine::fillChar: {
         const Operand count = freeze(evaluate(second, Width::word), Width::word);
         const Operand value = freeze(evaluate(third, Width::byte), Width::byte);
-        library(RuntimeEntry::fillBytes, {word(z80::Pair::hl, addressOfDesignator(first)), word(z80::Pair::bc, count),
-                                          byte(z80::Reg::a, value)});
+        library(RuntimeEntry::fillBytes, {word(z80::Pair::hl, addressOfDesignator(first)),
+                                          word(z80::Pair::bc, count), byte(z80::Reg::a, value)});
         return true;
     }
     default:

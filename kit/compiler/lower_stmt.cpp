@@ -144,12 +144,15 @@ void Lowering::caseOf(const Stmt* s) {
             }
             const BlockId next = b_.newBlock();
             if (label->low == label->high) {
-                b_.branch(width, Relation::equal, false, selector, Operand::constant(label->low), block, next);
+                b_.branch(width, Relation::equal, false, selector, Operand::constant(label->low), block,
+                          next);
             } else {
                 const BlockId above = b_.newBlock();
-                b_.branch(width, Relation::less, isSigned, selector, Operand::constant(label->low), next, above);
+                b_.branch(width, Relation::less, isSigned, selector, Operand::constant(label->low), next,
+                          above);
                 b_.startBlock(above);
-                b_.branch(width, Relation::lessEqual, isSigned, selector, Operand::constant(label->high), block, next);
+                b_.branch(width, Relation::lessEqual, isSigned, selector, Operand::constant(label->high),
+                          block, next);
             }
             b_.startBlock(next);
         }
@@ -199,8 +202,8 @@ void Lowering::repeatUntil(const Stmt* s) {
     b_.startBlock(done);
 }
 
-/// The limit is evaluated once. The variable is compared for equality before it is stepped, so that a limit at the
-/// end of the type's range works; it keeps the last value, and an empty range leaves it alone.
+/// The limit is evaluated once. The variable is compared for equality before it is stepped, so that a limit
+/// at the end of the type's range works; it keeps the last value, and an empty range leaves it alone.
 void Lowering::forLoop(const Stmt* s) {
     const Symbol& variable = *s->target->symbol;
     const Width width = widthOfType(s->target->type);

@@ -9,19 +9,24 @@ namespace {
 constexpr std::uint16_t largestString = 256; ///< length byte and 255 characters
 
 bool isCharToString(const Expr* e) {
-    return e->kind == ExprKind::convert && e->left->type != nullptr && e->left->type->kind == TypeKind::character;
+    return e->kind == ExprKind::convert && e->left->type != nullptr &&
+           e->left->type->kind == TypeKind::character;
 }
 
-bool isConcatenation(const Expr* e) { return e->kind == ExprKind::binary && e->op == Operator::add; }
+bool isConcatenation(const Expr* e) {
+    return e->kind == ExprKind::binary && e->op == Operator::add;
+}
 
 bool isConcat(const Expr* e) {
-    return e->kind == ExprKind::standardCall && static_cast<StandardRoutine>(e->value) == StandardRoutine::concat;
+    return e->kind == ExprKind::standardCall &&
+           static_cast<StandardRoutine>(e->value) == StandardRoutine::concat;
 }
 
 /// The expression is a string that already lies somewhere, so that it can be copied without being built.
 bool isInPlace(const Expr* e) {
     return e->kind == ExprKind::string || e->kind == ExprKind::variable || e->kind == ExprKind::index ||
-           e->kind == ExprKind::field || e->kind == ExprKind::dereference || e->kind == ExprKind::retypeVariable;
+           e->kind == ExprKind::field || e->kind == ExprKind::dereference ||
+           e->kind == ExprKind::retypeVariable;
 }
 
 } // namespace
@@ -160,7 +165,9 @@ void Lowering::assignString(const Expr* target, const Expr* value) {
 }
 
 /// Address of the first character of an array of Char or of text in the same shape.
-Operand Lowering::charsAddress(const Expr* e) { return addressOf(place(e)); }
+Operand Lowering::charsAddress(const Expr* e) {
+    return addressOf(place(e));
+}
 
 void Lowering::assignStructured(const Expr* target, const Expr* value) {
     const Operand from = addressOf(place(value));
@@ -168,8 +175,8 @@ void Lowering::assignStructured(const Expr* target, const Expr* value) {
     moveBlock(from, to, target->type->size);
 }
 
-/// Compares two strings; the instruction's result or targets are for the caller to fill in. The library tells less and
-/// equal, so the other two relations compare the other way round.
+/// Compares two strings; the instruction's result or targets are for the caller to fill in. The library tells
+/// less and equal, so the other two relations compare the other way round.
 Ir& Lowering::compareStrings(const Expr* e, IrOp op) {
     Operand left = stringAddress(e->left);
     Operand right = stringAddress(e->right);
@@ -178,7 +185,8 @@ Ir& Lowering::compareStrings(const Expr* e, IrOp op) {
         std::swap(left, right);
         relation = mirrored(relation);
     }
-    Ir& ir = library(RuntimeEntry::stringCompare, {word(z80::Pair::hl, left), word(z80::Pair::de, right)}, op);
+    Ir& ir =
+        library(RuntimeEntry::stringCompare, {word(z80::Pair::hl, left), word(z80::Pair::de, right)}, op);
     ir.relation = relation;
     ir.width = Width::byte;
     return ir;

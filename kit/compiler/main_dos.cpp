@@ -1,5 +1,6 @@
-// TP3.EXE NAME [/H] /S<hex> /E<hex> /R<file>: compiles NAME.PAS in the current folder to NAME.CHN. On an error it writes
-// one record to the error file; on success it prints three lines of sizes and writes no error file.
+// TP3.EXE NAME [/H] /S<hex> /E<hex> /R<file>: compiles NAME.PAS in the current folder to NAME.CHN. On an
+// error it writes one record to the error file; on success it prints three lines of sizes and writes no error
+// file.
 #include "compiler.h"
 #include "dos/dos.h"
 
@@ -17,7 +18,9 @@ struct Arguments {
     tp3::CompileOptions options;
 };
 
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 std::optional<std::uint16_t> hexadecimal(std::string_view text) {
     std::uint32_t value = 0;
@@ -128,7 +131,8 @@ void writeError(const tp3::Diagnostic& diagnostic) {
     }
 }
 
-/// Error 98, written without asking for memory that is not there: the record is put together from fixed parts.
+/// Error 98, written without asking for memory that is not there: the record is put together from fixed
+/// parts.
 void outOfMemory() {
     dos::File file;
     constexpr std::string_view text = ",1,1,98,\"Out of memory\"\r\n";

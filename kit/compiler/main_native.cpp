@@ -52,7 +52,8 @@ struct Arguments {
 std::uint16_t hexadecimal(const std::string& text) {
     char* end = nullptr;
     const unsigned long value = std::strtoul(text.c_str(), &end, 16);
-    if (text.empty() || *end != '\0' || value > 0xFFFF || std::isxdigit(static_cast<unsigned char>(text[0])) == 0) {
+    if (text.empty() || *end != '\0' || value > 0xFFFF ||
+        std::isxdigit(static_cast<unsigned char>(text[0])) == 0) {
         misuse("'" + text + "' is not a hexadecimal address");
     }
     return static_cast<std::uint16_t>(value);
@@ -168,15 +169,16 @@ std::vector<std::uint8_t> readRuntime(const Arguments& arguments) {
     }
     std::vector<std::uint8_t> library = tp3::readFile(path);
     if (library.size() != tp3::librarySize || checksum(library) != tp3::runtimeChecksum) {
-        throw std::runtime_error(path.string() + " is not the run-time library that this compiler was built with");
+        throw std::runtime_error(path.string() +
+                                 " is not the run-time library that this compiler was built with");
     }
     return library;
 }
 
 int reportError(const Arguments& arguments, const tp3::Diagnostic& diagnostic) {
-    std::fprintf(stderr, "%s(%u,%u): Error %u: %s\n", diagnostic.file.c_str(), unsigned{diagnostic.position.line},
-                 unsigned{diagnostic.position.column}, static_cast<unsigned>(diagnostic.error),
-                 tp3::errorMessage(diagnostic).c_str());
+    std::fprintf(stderr, "%s(%u,%u): Error %u: %s\n", diagnostic.file.c_str(),
+                 unsigned{diagnostic.position.line}, unsigned{diagnostic.position.column},
+                 static_cast<unsigned>(diagnostic.error), tp3::errorMessage(diagnostic).c_str());
     if (!arguments.errors.empty()) {
         const std::string record = tp3::errorRecord(diagnostic);
         tp3::writeFileSafely(arguments.errors, {record.begin(), record.end()});
@@ -218,7 +220,8 @@ int run(const Arguments& arguments) {
     const bool chain = arguments.chain || arguments.dosForm;
     std::vector<std::uint8_t> program = chain ? std::vector<std::uint8_t>{} : readRuntime(arguments);
     program.insert(program.end(), result.image.begin(), result.image.end());
-    const fs::path output = arguments.output.empty() ? withExtension(source, chain ? ".CHN" : ".COM") : fs::path(arguments.output);
+    const fs::path output = arguments.output.empty() ? withExtension(source, chain ? ".CHN" : ".COM")
+                                                     : fs::path(arguments.output);
     tp3::writeFileSafely(output, program);
     std::fputs(tp3::sizeReport(result, options).c_str(), stdout);
     return 0;

@@ -20,7 +20,9 @@ struct Closer {
 };
 using File = std::unique_ptr<std::FILE, Closer>;
 
-[[noreturn]] void fail(const std::string& what) { throw std::system_error(errno, std::generic_category(), what); }
+[[noreturn]] void fail(const std::string& what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
 
 class FileReader : public SourceReader {
   public:
@@ -34,9 +36,8 @@ class FileReader : public SourceReader {
 };
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-        return std::toupper(x) == std::toupper(y);
-    });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](unsigned char x, unsigned char y) { return std::toupper(x) == std::toupper(y); });
 }
 
 } // namespace
@@ -114,7 +115,8 @@ void writeFileSafely(const fs::path& path, const std::vector<std::uint8_t>& cont
     if (fs::exists(path, error) && !fs::is_regular_file(path, error)) {
         // A device or pipe can only be written to as it is.
         const File device(std::fopen(path.c_str(), "wb"));
-        if (device == nullptr || std::fwrite(content.data(), 1, content.size(), device.get()) != content.size() ||
+        if (device == nullptr ||
+            std::fwrite(content.data(), 1, content.size(), device.get()) != content.size() ||
             std::fflush(device.get()) != 0) {
             fail(path.string());
         }

@@ -30,7 +30,8 @@ std::filesystem::path findIgnoringCase(const std::filesystem::path& folder, std:
 /// Reads a whole file. @throws std::system_error when it cannot be read
 std::vector<std::uint8_t> readFile(const std::filesystem::path& path);
 
-/// Writes a file so that at every moment either the old or the new content is there: beside it, flushed, then renamed.
+/// Writes a file so that at every moment either the old or the new content is there: beside it, flushed, then
+/// renamed.
 /// @throws std::system_error with the reason; nothing is left behind then
 void writeFileSafely(const std::filesystem::path& path, const std::vector<std::uint8_t>& content);
 

@@ -2,8 +2,8 @@
 
 #include "arena.h"
 #include "errors.h"
-#include "language_features.h"
 #include "host.h"
+#include "language_features.h"
 #include "tree.h"
 
 #include <cstdint>
@@ -21,9 +21,9 @@ struct ParserOptions {
     Features features = shippedFeatures;
 };
 
-/// Gets each routine's body as soon as it is parsed, nested routines before those that hold them, the main program
-/// last. When the call returns, the body, the routine's locals and all its nested routines are given back to the arena
-/// (the routine's own Symbol, Routine and parameters stay).
+/// Gets each routine's body as soon as it is parsed, nested routines before those that hold them, the main
+/// program last. When the call returns, the body, the routine's locals and all its nested routines are given
+/// back to the arena (the routine's own Symbol, Routine and parameters stay).
 class BodyConsumer {
   public:
     virtual ~BodyConsumer() = default;
@@ -34,9 +34,9 @@ class BodyConsumer {
     virtual void body(Routine& routine, Stmt* statements) = 0;
 };
 
-/// Parses one program, includes followed. The same source gives the same calls with the same ordinals each time,
-/// which is what makes two passes possible: the first finds out what is used and what is recursive and reports
-/// every error, the second makes code while holding one routine's tree at a time.
+/// Parses one program, includes followed. The same source gives the same calls with the same ordinals each
+/// time, which is what makes two passes possible: the first finds out what is used and what is recursive and
+/// reports every error, the second makes code while holding one routine's tree at a time.
 class Parser {
   public:
     Parser(Host& host, Arena& arena, const ParserOptions& options, BodyConsumer& consumer);

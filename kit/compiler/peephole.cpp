@@ -12,9 +12,13 @@ using z80::Instruction;
 using z80::Mask;
 using z80::Op;
 
-bool isLabel(const Instruction& i, std::uint16_t index) { return i.op == Op::label && i.index == index; }
+bool isLabel(const Instruction& i, std::uint16_t index) {
+    return i.op == Op::label && i.index == index;
+}
 
-bool isLocalJump(const Instruction& i) { return i.op == Op::jump && i.target == z80::Target::local; }
+bool isLocalJump(const Instruction& i) {
+    return i.op == Op::jump && i.target == z80::Target::local;
+}
 
 bool endsFlow(const Instruction& i) {
     return (i.op == Op::jump || i.op == Op::ret) && static_cast<Condition>(i.x) == Condition::always;
@@ -90,7 +94,8 @@ class Peephole {
     bool at(std::size_t i) const { return i < code_.size(); }
 
     bool rule(std::size_t i) {
-        return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || moveBack(i) || tailCall(i) || zeroAccumulator(i);
+        return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || moveBack(i) || tailCall(i) ||
+               zeroAccumulator(i);
     }
 
     bool unreachable(std::size_t i) {
@@ -121,8 +126,9 @@ class Peephole {
     /// JP cc,a / JP b / a: becomes JP not cc,b.
     bool jumpOverJump(std::size_t i) {
         const std::size_t second = after(i);
-        if (!isLocalJump(code_[i]) || static_cast<Condition>(code_[i].x) == Condition::always || !at(second) ||
-            !isLocalJump(code_[second]) || static_cast<Condition>(code_[second].x) != Condition::always) {
+        if (!isLocalJump(code_[i]) || static_cast<Condition>(code_[i].x) == Condition::always ||
+            !at(second) || !isLocalJump(code_[second]) ||
+            static_cast<Condition>(code_[second].x) != Condition::always) {
             return false;
         }
         for (std::size_t next = after(second); at(next) && code_[next].op == Op::label; next = after(next)) {
@@ -156,7 +162,8 @@ class Peephole {
         return false;
     }
 
-    /// CALL routine / RET becomes JP routine. Library entries are left alone: they tell where they were called from.
+    /// CALL routine / RET becomes JP routine. Library entries are left alone: they tell where they were
+    /// called from.
     bool tailCall(std::size_t i) {
         const std::size_t next = after(i);
         if (code_[i].op != Op::call || code_[i].target != z80::Target::routine || !at(next) ||
@@ -172,7 +179,8 @@ class Peephole {
     /// LD A,0 becomes XOR A where nobody looks at the flags any more.
     bool zeroAccumulator(std::size_t i) {
         Instruction& a = code_[i];
-        if (a.op != Op::ldRegN || static_cast<z80::Reg>(a.x) != z80::Reg::a || a.n != 0 || flagsUsedAfter(i)) {
+        if (a.op != Op::ldRegN || static_cast<z80::Reg>(a.x) != z80::Reg::a || a.n != 0 ||
+            flagsUsedAfter(i)) {
             return false;
         }
         a.op = Op::alu;
@@ -187,7 +195,8 @@ class Peephole {
             if (n.op == Op::call || n.op == Op::ret) {
                 return false; // nothing is handed over in the flags
             }
-            if ((z80::reads(n) & z80::flagsBit) != 0 || n.op == Op::label || n.op == Op::jump || n.op == Op::bytes) {
+            if ((z80::reads(n) & z80::flagsBit) != 0 || n.op == Op::label || n.op == Op::jump ||
+                n.op == Op::bytes) {
                 return true;
             }
             if ((z80::writes(n) & z80::flagsBit) != 0) {
@@ -206,7 +215,8 @@ class Peephole {
             }
             const Instruction& instruction = code_[i];
             const bool flow = instruction.op == Op::label || instruction.op == Op::jump ||
-                              instruction.op == Op::djnz || instruction.op == Op::bytes || instruction.op == Op::jpHl;
+                              instruction.op == Op::djnz || instruction.op == Op::bytes ||
+                              instruction.op == Op::jpHl;
             if (flow || instruction.op == Op::call || instruction.op == Op::ret) {
                 live = z80::everything;
                 continue;
@@ -217,7 +227,8 @@ class Peephole {
                 remove(i);
                 continue;
             }
-            live = static_cast<Mask>((live & ~written) | z80::reads(instruction) | z80::memoryBit | z80::stackBit);
+            live = static_cast<Mask>((live & ~written) | z80::reads(instruction) | z80::memoryBit |
+                                     z80::stackBit);
         }
     }
 

@@ -55,15 +55,16 @@ void Selector::byteAlu(Ir& ir, Alu op) {
     Operand b = ir.b;
     const std::int32_t n = static_cast<std::int8_t>(b.n);
     Reg r = Reg::a;
-    if (op == Alu::add && b.isConstant() && (n == 1 || n == -1) && a.isValue() && a.id == ir.dst.id && pinOf(a.id) != 0 &&
-        findReg(a.id, r)) {
+    if (op == Alu::add && b.isConstant() && (n == 1 || n == -1) && a.isValue() && a.id == ir.dst.id &&
+        pinOf(a.id) != 0 && findReg(a.id, r)) {
         emit(n > 0 ? Op::inc8 : Op::dec8, code(r)); // a loop's register is stepped in place
         live_[a.id] = true;
         inHome_[a.id] = false;
         return;
     }
     const bool commutes = op != Alu::sub;
-    if (commutes && b.isValue() && (!a.isValue() || registers_.content[code(Reg::a)] == Content{b.id, Part::byte})) {
+    if (commutes && b.isValue() &&
+        (!a.isValue() || registers_.content[code(Reg::a)] == Content{b.id, Part::byte})) {
         std::swap(a, b);
     }
     if (a.isValue() && b.isValue() && a.id == b.id) {

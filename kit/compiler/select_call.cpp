@@ -19,7 +19,8 @@ z80::Mask targetOf(const Argument& argument) {
 /// Registers that a library entry may change, where that is less than all.
 z80::Mask clobberedBy(const Ir& ir) {
     const bool library = ir.op == IrOp::runtime;
-    return library && static_cast<RuntimeEntry>(ir.index) == RuntimeEntry::upCase ? bit(z80::Reg::a) : allRegisters;
+    return library && static_cast<RuntimeEntry>(ir.index) == RuntimeEntry::upCase ? bit(z80::Reg::a)
+                                                                                  : allRegisters;
 }
 
 } // namespace
@@ -50,7 +51,8 @@ void Selector::placeArguments(Ir& ir) {
             if (other == &argument) {
                 continue;
             }
-            if ((sourceMask(*other) & targetOf(argument)) != 0 || (argument.reg == Reg::a && argument.width == Width::byte && needsA(*other))) {
+            if ((sourceMask(*other) & targetOf(argument)) != 0 ||
+                (argument.reg == Reg::a && argument.width == Width::byte && needsA(*other))) {
                 return true;
             }
         }
@@ -60,15 +62,17 @@ void Selector::placeArguments(Ir& ir) {
         Pair p = Pair::hl;
         Reg r = Reg::a;
         if (argument.width == Width::word) {
-            const bool there = argument.operand.isValue() && findPair(argument.operand.id, p) && pairHolds(argument.pair, argument.operand.id);
+            const bool there = argument.operand.isValue() && findPair(argument.operand.id, p) &&
+                               pairHolds(argument.pair, argument.operand.id);
             if (!there) {
                 forget(argument.pair);
                 loadPair(argument.pair, argument.operand);
             }
             lock(argument.pair);
         } else {
-            const bool there = argument.operand.isValue() && findReg(argument.operand.id, r) &&
-                               registers_.content[code(argument.reg)] == Content{argument.operand.id, Part::byte};
+            const bool there =
+                argument.operand.isValue() && findReg(argument.operand.id, r) &&
+                registers_.content[code(argument.reg)] == Content{argument.operand.id, Part::byte};
             if (!there) {
                 forget(argument.reg);
                 loadReg(argument.reg, argument.operand);
@@ -104,7 +108,8 @@ void Selector::placeArguments(Ir& ir) {
     }
 }
 
-/// Pushes everything that must survive a call that may run this routine again; statically stored values do not.
+/// Pushes everything that must survive a call that may run this routine again; statically stored values do
+/// not.
 std::vector<Selector::Saved> Selector::pushLive() {
     std::vector<Saved> saved;
     std::vector<bool> done(function_.values.size());
@@ -120,7 +125,8 @@ std::vector<Selector::Saved> Selector::pushLive() {
             p = takePair(anyPair);
             emit(Op::ldPairMem, code(p), 0, homeOf(id));
             emit(Op::push, code(p));
-            saved.push_back({p, {id, isWord(id) ? Part::low : Part::byte}, {id, isWord(id) ? Part::high : Part::none}});
+            saved.push_back(
+                {p, {id, isWord(id) ? Part::low : Part::byte}, {id, isWord(id) ? Part::high : Part::none}});
             if (!isWord(id)) {
                 saved.back().high = {};
             }
@@ -139,7 +145,8 @@ std::vector<Selector::Saved> Selector::pushLive() {
             Saved pair{p, {}, {}};
             for (const Reg half : {low(p), high(p)}) {
                 const Content& content = registers_.content[code(half)];
-                const bool wanted = content.part == Part::byte && live_[content.value] && !done[content.value];
+                const bool wanted =
+                    content.part == Part::byte && live_[content.value] && !done[content.value];
                 if (wanted && !function_.values[content.value].callsMayUse) {
                     (half == low(p) ? pair.low : pair.high) = content;
                     done[content.value] = true;
@@ -207,7 +214,8 @@ void Selector::call(Ir& ir) {
     } else {
         for (unsigned i = 0; i < 8; ++i) {
             const Content content = registers_.content[i];
-            if ((clobbered & bit(static_cast<Reg>(i))) != 0 && content.part != Part::none && live_[content.value]) {
+            if ((clobbered & bit(static_cast<Reg>(i))) != 0 && content.part != Part::none &&
+                live_[content.value]) {
                 storeHome(content.value);
             }
         }
@@ -242,7 +250,9 @@ void Selector::call(Ir& ir) {
         }
     }
     const bool word = ir.width == Width::word;
-    const Mask result = ir.dst.isValue() && ir.op != IrOp::runtimeCompare ? (word ? bits(ir.resultPair) : bit(ir.resultReg)) : Mask{0};
+    const Mask result = ir.dst.isValue() && ir.op != IrOp::runtimeCompare
+                            ? (word ? bits(ir.resultPair) : bit(ir.resultReg))
+                            : Mask{0};
     popLive(saved, result);
     if (ir.op == IrOp::runtimeCompare) {
         const bool carry = ir.relation == Relation::less || ir.relation == Relation::greaterEqual;
@@ -358,7 +368,8 @@ void Selector::stackOperation(Ir& ir) {
         break;
     case IrOp::stackCheck: {
         const std::uint16_t enough = newLabel();
-        emit(Op::ldPairMem, code(Pair::hl), 0, runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stackLimit)]);
+        emit(Op::ldPairMem, code(Pair::hl), 0,
+             runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stackLimit)]);
         emit(Op::addHl, code(Pair::sp));
         jump(Condition::c, enough);
         libraryCall(RuntimeEntry::stackError);

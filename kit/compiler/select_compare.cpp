@@ -16,7 +16,9 @@ constexpr z80::Mask notA = 0x3F;
 } // namespace
 
 /// Sets the flags for the relation of an instruction; afterwards only loads and jumps may follow.
-Selector::Flags Selector::compareFlags(Ir& ir) { return ir.width == Width::byte ? compareBytes(ir) : compareWords(ir); }
+Selector::Flags Selector::compareFlags(Ir& ir) {
+    return ir.width == Width::byte ? compareBytes(ir) : compareWords(ir);
+}
 
 Selector::Flags Selector::compareBytes(Ir& ir) {
     Operand a = ir.a;
@@ -259,7 +261,8 @@ void Selector::compare(Ir& ir) {
     define(ir.dst, Reg::a);
 }
 
-/// Calls an error entry unless the value lies in its range; the entry does not come back, so nothing is saved for it.
+/// Calls an error entry unless the value lies in its range; the entry does not come back, so nothing is saved
+/// for it.
 void Selector::check(Ir& ir) {
     const std::uint16_t bad = newLabel();
     const std::uint16_t good = newLabel();

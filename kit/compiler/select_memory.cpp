@@ -30,7 +30,8 @@ void Selector::copy(Ir& ir) {
         live_[ir.dst.id] = resultUsed_;
         return;
     }
-    // A value that goes on being needed is copied to the variable's home, so that no second register is taken.
+    // A value that goes on being needed is copied to the variable's home, so that no second register is
+    // taken.
     const ValueInfo& target = function_.values[ir.dst.id];
     if (ir.a.isValue() && live_[ir.a.id] && !pinned && target.hasHome) {
         if (word) {

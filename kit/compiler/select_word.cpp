@@ -373,7 +373,8 @@ void Selector::widen(Ir& ir) {
 
 void Selector::joinBytes(Ir& ir) {
     fetchAccumulator(ir.a);
-    const Reg second = fetchReg(ir.b, static_cast<Mask>(bit(Reg::e) | bit(Reg::d) | bit(Reg::c) | bit(Reg::b) | bit(Reg::l) | bit(Reg::h)));
+    const Reg second = fetchReg(ir.b, static_cast<Mask>(bit(Reg::e) | bit(Reg::d) | bit(Reg::c) |
+                                                        bit(Reg::b) | bit(Reg::l) | bit(Reg::h)));
     const Mask pairOfSecond = bits(static_cast<Pair>(code(second) / 2));
     const Pair p = takePair(static_cast<Mask>(anyPair & ~pairOfSecond));
     move(low(p), second);

@@ -23,7 +23,8 @@ Selector::Result Selector::run() {
         const Function::Literal& literal = function_.literals[i];
         label(static_cast<std::uint16_t>(literalBase_ + i));
         for (unsigned offset = 0; offset < literal.count; offset += 255) {
-            emit(Op::bytes, literal.count - offset < 255U ? literal.count - offset : 255U, 0, literal.first + offset);
+            emit(Op::bytes, literal.count - offset < 255U ? literal.count - offset : 255U, 0,
+                 literal.first + offset);
         }
     }
     result_.pool = static_cast<std::vector<std::uint8_t>&&>(function_.bytes);
@@ -173,7 +174,8 @@ bool Selector::samePins(BlockId target) const {
     return here == there || (function_.loops[here].pins.empty() && function_.loops[there].pins.empty());
 }
 
-/// Stores every value that later blocks want and that only registers hold, but for those that stay in registers.
+/// Stores every value that later blocks want and that only registers hold, but for those that stay in
+/// registers.
 void Selector::syncLiveOut() {
     for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
         const ValueId id = liveness_.crossing[i];

@@ -3,17 +3,18 @@
 #include "analysis.h"
 #include "ir.h"
 #include "storage.h"
-#include <runtime_entries.h>
 #include "z80.h"
+#include <runtime_entries.h>
 
 #include <vector>
 
 namespace tp3 {
 
-/// Turns intermediate code into Z80 instructions, block by block, choosing registers on the way: it knows at every
-/// point which value each register holds, which values have an up-to-date copy in memory and which are still needed.
-/// Values that a loop keeps in registers are where the loop says at every block boundary; all others are in their
-/// homes there, except that a block with one predecessor starts with the registers as that one left them.
+/// Turns intermediate code into Z80 instructions, block by block, choosing registers on the way: it knows at
+/// every point which value each register holds, which values have an up-to-date copy in memory and which are
+/// still needed. Values that a loop keeps in registers are where the loop says at every block boundary; all
+/// others are in their homes there, except that a block with one predecessor starts with the registers as
+/// that one left them.
 class Selector {
   public:
     struct Result {
@@ -67,8 +68,12 @@ class Selector {
     void emitTo(Op op, unsigned x, const Operand& address);
     void move(Reg to, Reg from);
     void alu(z80::Alu op, Reg r) { emit(Op::alu, static_cast<unsigned>(op), static_cast<unsigned>(r)); }
-    void aluN(z80::Alu op, std::int32_t n) { emit(Op::aluN, static_cast<unsigned>(op), 0, static_cast<unsigned>(n) & 0xFFU); }
-    void loadN(Reg r, std::int32_t n) { emit(Op::ldRegN, static_cast<unsigned>(r), 0, static_cast<unsigned>(n) & 0xFFU); }
+    void aluN(z80::Alu op, std::int32_t n) {
+        emit(Op::aluN, static_cast<unsigned>(op), 0, static_cast<unsigned>(n) & 0xFFU);
+    }
+    void loadN(Reg r, std::int32_t n) {
+        emit(Op::ldRegN, static_cast<unsigned>(r), 0, static_cast<unsigned>(n) & 0xFFU);
+    }
     void shift(z80::Shift op, Reg r) { emit(Op::shift, static_cast<unsigned>(op), static_cast<unsigned>(r)); }
     void jump(Condition condition, std::uint16_t label);
     void label(std::uint16_t label);
@@ -188,7 +193,7 @@ class Selector {
     Registers registers_;
     std::vector<bool> inHome_; ///< the home holds the value
     std::vector<bool> live_;
-    std::vector<std::uint8_t> needed_; ///< operands of the current instruction that are still to be fetched
+    std::vector<std::uint8_t> needed_;  ///< operands of the current instruction that are still to be fetched
     std::vector<Registers> entryState_; ///< by block, for those with one predecessor
     std::vector<bool> hasEntryState_;
     std::vector<Saved> borrowed_;

@@ -36,7 +36,9 @@ void Selector::jump(Condition condition, std::uint16_t label) {
     instruction.index = label;
 }
 
-void Selector::label(std::uint16_t label) { emit(Op::label).index = label; }
+void Selector::label(std::uint16_t label) {
+    emit(Op::label).index = label;
+}
 
 void Selector::libraryCall(RuntimeEntry entry) {
     emit(Op::call, 0, 0, runtimeAddresses[static_cast<std::size_t>(entry)]);

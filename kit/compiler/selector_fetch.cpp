@@ -45,9 +45,9 @@ void Selector::loadPair(Pair p, const Operand& operand) {
     if (!findPair(operand.id, from)) {
         emit(Op::ldPairMem, code(p), 0, homeOf(operand.id));
     } else if (from != p) {
-        const bool exchange = p != Pair::bc && from != Pair::bc && !live_[operand.id] && needed_[operand.id] <= 1 &&
-                              !isPinned(low(from)) && !isPinned(high(from)) && !isLocked(low(from)) &&
-                              !isLocked(high(from));
+        const bool exchange = p != Pair::bc && from != Pair::bc && !live_[operand.id] &&
+                              needed_[operand.id] <= 1 && !isPinned(low(from)) && !isPinned(high(from)) &&
+                              !isLocked(low(from)) && !isLocked(high(from));
         if (exchange) {
             emit(Op::exDeHl);
             forget(from);
@@ -157,7 +157,8 @@ Selector::Pair Selector::fetchOwn(const Operand& operand, Mask allowed) {
 /// The byte operand in A, which the caller may change.
 void Selector::fetchAccumulator(const Operand& operand) {
     Reg r = Reg::a;
-    const bool there = operand.isValue() && findReg(operand.id, r) && registers_.content[code(Reg::a)] == Content{operand.id, Part::byte};
+    const bool there = operand.isValue() && findReg(operand.id, r) &&
+                       registers_.content[code(Reg::a)] == Content{operand.id, Part::byte};
     if (there) {
         if (live_[operand.id] || needed_[operand.id] > 1) {
             preserve(operand.id, bit(Reg::a));
@@ -171,8 +172,8 @@ void Selector::fetchAccumulator(const Operand& operand) {
     consume(operand);
 }
 
-/// The address that an indirect operand names, in one of the allowed pairs, for reading memory through it. The pair
-/// holds the operand's value unchanged when the offset is 0, otherwise nothing known.
+/// The address that an indirect operand names, in one of the allowed pairs, for reading memory through it.
+/// The pair holds the operand's value unchanged when the offset is 0, otherwise nothing known.
 Selector::Pair Selector::fetchAddress(const Operand& indirect, Mask allowed) {
     Operand base = indirect;
     base.kind = Operand::Kind::value;

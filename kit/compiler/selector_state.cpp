@@ -110,7 +110,9 @@ unsigned Selector::evictionCost(Reg r) const {
     return inHome_[content.value] ? 8 : 20;
 }
 
-unsigned Selector::evictionCost(Pair p) const { return evictionCost(low(p)) + evictionCost(high(p)); }
+unsigned Selector::evictionCost(Pair p) const {
+    return evictionCost(low(p)) + evictionCost(high(p));
+}
 
 /// Saves a value that is about to lose the registers in `leaving`, in another register or in its home.
 void Selector::preserve(ValueId id, Mask leaving) {
@@ -240,7 +242,9 @@ std::uint16_t Selector::homeOf(ValueId id) {
     return info.home;
 }
 
-void Selector::storePair(Pair p, const Operand& memory) { emitTo(Op::ldMemPair, code(p), memory); }
+void Selector::storePair(Pair p, const Operand& memory) {
+    emitTo(Op::ldMemPair, code(p), memory);
+}
 
 /// Stores a byte register; A is used on the way when it can be spared, else its twin.
 void Selector::storeReg(Reg r, const Operand& memory) {
@@ -278,8 +282,8 @@ void Selector::spillAll(Mask clobbered) {
     for (unsigned i = 0; i < 8; ++i) {
         const Content content = registers_.content[i];
         // Two copies that are both lost are none.
-        if ((clobbered & bit(static_cast<Reg>(i))) != 0 && content.part != Part::none && isWanted(content.value) &&
-            !hasCopyOutside(content.value, clobbered)) {
+        if ((clobbered & bit(static_cast<Reg>(i))) != 0 && content.part != Part::none &&
+            isWanted(content.value) && !hasCopyOutside(content.value, clobbered)) {
             storeHome(content.value);
         }
     }

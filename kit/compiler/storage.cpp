@@ -6,7 +6,8 @@ namespace tp3 {
 
 namespace {
 
-/// The symbol stands for an address that the caller gave: a VAR parameter, or a result too large for registers.
+/// The symbol stands for an address that the caller gave: a VAR parameter, or a result too large for
+/// registers.
 bool holdsAddress(const Symbol& variable) {
     return variable.storage == StorageKind::varParameter ||
            (variable.storage == StorageKind::result && !isScalar(variable.type));
@@ -109,7 +110,8 @@ std::vector<ParameterPlace> Storage::parameterPlaces(const Routine& routine) {
         } else if (pairs < 3) {
             const z80::Pair pair = order[pairs++];
             result.kind = result.isByte ? ParameterPlace::Kind::reg : ParameterPlace::Kind::pair;
-            result.code = result.isByte ? static_cast<std::uint8_t>(z80::low(pair)) : static_cast<std::uint8_t>(pair);
+            result.code =
+                result.isByte ? static_cast<std::uint8_t>(z80::low(pair)) : static_cast<std::uint8_t>(pair);
         } else if (recursive || !isScalar(parameter.type)) {
             // What the callee keeps elsewhere, or must copy first, is handed over in a place of its own.
             std::uint16_t& home = at(passHomes_, parameter.ordinal);
@@ -131,12 +133,14 @@ std::vector<ParameterPlace> Storage::parameterPlaces(const Routine& routine) {
     return places;
 }
 
-void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees, std::vector<Survey::RoutineFacts>& routines) {
+void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees,
+                  std::vector<Survey::RoutineFacts>& routines) {
     const std::size_t count = callees.size();
     if (routines.size() < count) {
         routines.resize(count);
     }
-    // Tarjan's strongly connected components with a stack of our own: call chains may be long, machine stacks short.
+    // Tarjan's strongly connected components with a stack of our own: call chains may be long, machine stacks
+    // short.
     struct Visit {
         std::uint16_t routine;
         std::uint16_t next;

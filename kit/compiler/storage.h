@@ -10,16 +10,18 @@ namespace tp3 {
 /// What the survey pass found out about the whole program, by ordinal.
 struct Survey {
     struct RoutineFacts {
-        bool used = false;      ///< the main program reaches it
-        bool recursive = false; ///< it can run while an activation of it is still alive
+        bool used = false;           ///< the main program reaches it
+        bool recursive = false;      ///< it can run while an activation of it is still alive
         std::uint16_t component = 0; ///< routines that can call each other share a number
     };
     std::vector<RoutineFacts> routines;
     std::vector<VariableFacts> variables;
 };
 
-/// Fills in who is used and who is recursive from the calls (callees[r] = routines that r calls; 0 = main program).
-void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees, std::vector<Survey::RoutineFacts>& routines);
+/// Fills in who is used and who is recursive from the calls (callees[r] = routines that r calls; 0 = main
+/// program).
+void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees,
+                  std::vector<Survey::RoutineFacts>& routines);
 
 /// How the value or address that a variable's symbol stands for is kept.
 enum class SlotKind : std::uint8_t {
@@ -81,13 +83,15 @@ class Storage {
     const Survey& survey_;
     std::uint32_t next_;
     bool exhausted_ = false;
-    std::vector<std::uint16_t> homes_;      ///< by variable ordinal: address, 0 none yet
-    std::vector<std::uint16_t> offsets_;    ///< by variable ordinal: frame offset + 1, 0 none yet
-    std::vector<std::uint16_t> passHomes_;  ///< by variable ordinal: where a frame parameter is handed over
-    std::vector<FrameState> frames_;        ///< by routine ordinal
+    std::vector<std::uint16_t> homes_;     ///< by variable ordinal: address, 0 none yet
+    std::vector<std::uint16_t> offsets_;   ///< by variable ordinal: frame offset + 1, 0 none yet
+    std::vector<std::uint16_t> passHomes_; ///< by variable ordinal: where a frame parameter is handed over
+    std::vector<FrameState> frames_;       ///< by routine ordinal
 };
 
 /// A variable of this type can live in a register.
-inline bool isScalar(const Type* type) { return type != nullptr && type->isSimple(); }
+inline bool isScalar(const Type* type) {
+    return type != nullptr && type->isSimple();
+}
 
 } // namespace tp3

@@ -21,11 +21,11 @@ struct Name {
 
 enum class SymbolKind : std::uint8_t {
     none,
-    constant,       ///< value / text; type tells which
+    constant, ///< value / text; type tells which
     typeName,
-    variable,       ///< global, local, parameter, typed constant: Variable
-    field,          ///< value = offset in its record
-    routine,        ///< Routine
+    variable,        ///< global, local, parameter, typed constant: Variable
+    field,           ///< value = offset in its record
+    routine,         ///< Routine
     standardRoutine, ///< value = StandardRoutine
     label,
     program,
@@ -34,20 +34,21 @@ enum class SymbolKind : std::uint8_t {
 /// Where a variable lives and what was seen of it. The code generator decides the address.
 enum class StorageKind : std::uint8_t {
     global,
-    local,          ///< of the routine `owner`
-    valueParameter, ///< a local that the caller fills; structured ones arrive as an address and are copied
-    varParameter,   ///< a local that holds the address of the actual variable
-    result,         ///< the function's result
-    typedConstant,  ///< initialised, in the code part
-    absoluteAddress, ///< at `address`
+    local,            ///< of the routine `owner`
+    valueParameter,   ///< a local that the caller fills; structured ones arrive as an address and are copied
+    varParameter,     ///< a local that holds the address of the actual variable
+    result,           ///< the function's result
+    typedConstant,    ///< initialised, in the code part
+    absoluteAddress,  ///< at `address`
     absoluteVariable, ///< at the place of `alias`
-    hidden,         ///< pointer made by the compiler, such as that of a with statement
+    hidden,           ///< pointer made by the compiler, such as that of a with statement
 };
 
 /// Knowledge about a variable that the survey pass gathers, by Symbol::ordinal, for the code pass.
 struct VariableFacts {
-    bool addressTaken = false;   ///< passed by VAR, Addr, absolute, or read/written by a standard routine through its address
-    bool usedByNested = false;   ///< used by a routine other than its owner (for globals: by any routine)
+    bool addressTaken =
+        false; ///< passed by VAR, Addr, absolute, or read/written by a standard routine through its address
+    bool usedByNested = false; ///< used by a routine other than its owner (for globals: by any routine)
     bool assigned = false;
     bool used = false;
 };
@@ -62,36 +63,37 @@ struct Symbol {
     /// Next local, field, parameter or enumeration constant, in order of declaration.
     Symbol* next = nullptr;
     Symbol* nextInScope = nullptr; ///< the parser's list of what to forget at the end of a scope
-    Symbol* shadowed = nullptr; ///< what the name meant outside
-    std::uint8_t scopeLevel = 0; ///< 0 the language's own identifiers, 1 the main program, 2 its routines, ...
+    Symbol* shadowed = nullptr;    ///< what the name meant outside
+    std::uint8_t scopeLevel =
+        0; ///< 0 the language's own identifiers, 1 the main program, 2 its routines, ...
     /// Variables and routines: number in order of declaration, the same in both passes.
     std::uint16_t ordinal = 0;
-    Routine* owner = nullptr;   ///< variables: the routine that holds it, null for globals
+    Routine* owner = nullptr; ///< variables: the routine that holds it, null for globals
     /// Constants: ordinal value. Fields: offset. Standard routines: which. Absolute: address or offset.
     std::int32_t value = 0;
     /// String constants: characters. Typed constants: the initial bytes (Type::size of them).
     const char* text = nullptr;
     std::uint16_t textLength = 0;
-    std::uint8_t realBytes[6] = {}; ///< real constants, in memory layout
-    Symbol* alias = nullptr;    ///< absoluteVariable
+    std::uint8_t realBytes[6] = {};  ///< real constants, in memory layout
+    Symbol* alias = nullptr;         ///< absoluteVariable
     const void* enclosure = nullptr; ///< labels: the parser's mark of the for or with statement around
-    Routine* routine = nullptr; ///< kind routine
+    Routine* routine = nullptr;      ///< kind routine
     Position position;
 };
 
 /// A procedure, a function, or the main program.
 struct Routine {
-    Symbol* symbol = nullptr;       ///< null for the main program
-    Routine* parent = nullptr;      ///< the routine it is declared in; the main program's is null
-    std::uint16_t ordinal = 0;      ///< 0 the main program, then in order of declaration, the same in both passes
-    std::uint8_t level = 0;         ///< 0 the main program
-    bool isForward = false;         ///< heading seen, body still to come
+    Symbol* symbol = nullptr;  ///< null for the main program
+    Routine* parent = nullptr; ///< the routine it is declared in; the main program's is null
+    std::uint16_t ordinal = 0; ///< 0 the main program, then in order of declaration, the same in both passes
+    std::uint8_t level = 0;    ///< 0 the main program
+    bool isForward = false;    ///< heading seen, body still to come
     bool isExternal = false;
     std::uint16_t externalAddress = 0;
-    Symbol* parameters = nullptr;   ///< linked by next
+    Symbol* parameters = nullptr; ///< linked by next
     std::uint8_t parameterCount = 0;
-    Symbol* result = nullptr;       ///< functions: the result variable; its type is the function's type
-    Symbol* locals = nullptr;       ///< variables declared in it, hidden ones included, linked by next
+    Symbol* result = nullptr; ///< functions: the result variable; its type is the function's type
+    Symbol* locals = nullptr; ///< variables declared in it, hidden ones included, linked by next
 };
 
 } // namespace tp3

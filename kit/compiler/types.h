@@ -7,8 +7,8 @@ namespace tp3 {
 struct Symbol;
 
 enum class TypeKind : std::uint8_t {
-    none,     ///< after an error, and of statements
-    integer,  ///< 16 bits, two's complement; Byte is its subrange 0..255
+    none,    ///< after an error, and of statements
+    integer, ///< 16 bits, two's complement; Byte is its subrange 0..255
     character,
     boolean,
     enumeration,
@@ -23,8 +23,8 @@ enum class TypeKind : std::uint8_t {
     untypedFile,
 };
 
-/// A type. Two types are the same when the pointers are equal, but for the strings, sets and pointers that rules of
-/// compatibility say otherwise of. Lives in the arena.
+/// A type. Two types are the same when the pointers are equal, but for the strings, sets and pointers that
+/// rules of compatibility say otherwise of. Lives in the arena.
 struct Type {
     TypeKind kind = TypeKind::none;
     /// Bytes that a variable takes. Scalars: 1 when all values lie in 0..255, otherwise 2.

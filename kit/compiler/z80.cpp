@@ -9,16 +9,24 @@ namespace {
 constexpr Mask aBit = bit(Reg::a);
 constexpr Mask hlBits = bits(Pair::hl);
 
-Mask pairBits(std::uint8_t x) { return x == 3 ? stackBit : bits(static_cast<Pair>(x)); }
-Mask pushBits(std::uint8_t x) { return x == 3 ? static_cast<Mask>(aBit | flagsBit) : bits(static_cast<Pair>(x)); }
+Mask pairBits(std::uint8_t x) {
+    return x == 3 ? stackBit : bits(static_cast<Pair>(x));
+}
+Mask pushBits(std::uint8_t x) {
+    return x == 3 ? static_cast<Mask>(aBit | flagsBit) : bits(static_cast<Pair>(x));
+}
 
 /// A register as a source: M reads memory through HL.
 Mask source(std::uint8_t r) {
     return static_cast<Reg>(r) == Reg::m ? static_cast<Mask>(memoryBit | hlBits) : bit(static_cast<Reg>(r));
 }
-Mask destination(std::uint8_t r) { return static_cast<Reg>(r) == Reg::m ? memoryBit : bit(static_cast<Reg>(r)); }
+Mask destination(std::uint8_t r) {
+    return static_cast<Reg>(r) == Reg::m ? memoryBit : bit(static_cast<Reg>(r));
+}
 /// What naming a register as a destination reads: M needs HL for its address.
-Mask addressing(std::uint8_t r) { return static_cast<Reg>(r) == Reg::m ? hlBits : Mask{0}; }
+Mask addressing(std::uint8_t r) {
+    return static_cast<Reg>(r) == Reg::m ? hlBits : Mask{0};
+}
 
 bool aluUsesCarry(std::uint8_t x) {
     return static_cast<Alu>(x) == Alu::adc || static_cast<Alu>(x) == Alu::sbc;
@@ -26,7 +34,9 @@ bool aluUsesCarry(std::uint8_t x) {
 bool shiftUsesCarry(std::uint8_t x) {
     return static_cast<Shift>(x) == Shift::rl || static_cast<Shift>(x) == Shift::rr;
 }
-Mask either(unsigned mask) { return static_cast<Mask>(mask); }
+Mask either(unsigned mask) {
+    return static_cast<Mask>(mask);
+}
 
 } // namespace
 
@@ -57,7 +67,8 @@ Mask reads(const Instruction& i) {
         return hlBits;
     case Op::alu:
         // SUB A and XOR A give the same whatever A is; SBC A,A depends on the carry only.
-        if (static_cast<Reg>(i.y) == Reg::a && (static_cast<Alu>(i.x) == Alu::sub || static_cast<Alu>(i.x) == Alu::bitXor)) {
+        if (static_cast<Reg>(i.y) == Reg::a &&
+            (static_cast<Alu>(i.x) == Alu::sub || static_cast<Alu>(i.x) == Alu::bitXor)) {
             return 0;
         }
         if (static_cast<Reg>(i.y) == Reg::a && static_cast<Alu>(i.x) == Alu::sbc) {

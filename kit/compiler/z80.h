@@ -18,14 +18,24 @@ enum class Alu : std::uint8_t { add, adc, sub, sbc, bitAnd, bitXor, bitOr, compa
 /// CB-prefixed rotations and shifts by code.
 enum class Shift : std::uint8_t { rlc, rrc, rl, rr, sla, sra, sll, srl };
 
-constexpr Reg low(Pair pair) { return static_cast<Reg>(static_cast<unsigned>(pair) * 2 + 1); }
-constexpr Reg high(Pair pair) { return static_cast<Reg>(static_cast<unsigned>(pair) * 2); }
-constexpr Condition inverse(Condition c) { return static_cast<Condition>(static_cast<unsigned>(c) ^ 1); }
+constexpr Reg low(Pair pair) {
+    return static_cast<Reg>(static_cast<unsigned>(pair) * 2 + 1);
+}
+constexpr Reg high(Pair pair) {
+    return static_cast<Reg>(static_cast<unsigned>(pair) * 2);
+}
+constexpr Condition inverse(Condition c) {
+    return static_cast<Condition>(static_cast<unsigned>(c) ^ 1);
+}
 
 /// One bit per register, for sets of what an instruction reads and writes.
 using Mask = std::uint16_t;
-constexpr Mask bit(Reg r) { return static_cast<Mask>(1U << static_cast<unsigned>(r)); }
-constexpr Mask bits(Pair p) { return static_cast<Mask>(bit(low(p)) | bit(high(p))); }
+constexpr Mask bit(Reg r) {
+    return static_cast<Mask>(1U << static_cast<unsigned>(r));
+}
+constexpr Mask bits(Pair p) {
+    return static_cast<Mask>(bit(low(p)) | bit(high(p)));
+}
 constexpr Mask flagsBit = 1U << 8;
 constexpr Mask memoryBit = 1U << 9; ///< some byte of memory
 constexpr Mask stackBit = 1U << 10; ///< SP and what lies there
@@ -58,7 +68,7 @@ enum class Op : std::uint8_t {
     exSpHl,
     push, ///< x; 3 = AF
     pop,
-    shift, ///< x = Shift, y = register
+    shift,   ///< x = Shift, y = register
     bitTest, ///< x = bit number, y = register
     neg,
     cpl,
@@ -123,7 +133,7 @@ struct LineMark {
 /// Machine code of one routine.
 struct Encoded {
     std::vector<std::uint8_t> bytes;
-    std::vector<Fixup> fixups; ///< routines and constants; the addend already stands in the bytes
+    std::vector<Fixup> fixups;       ///< routines and constants; the addend already stands in the bytes
     std::vector<Fixup> ownAddresses; ///< offsets of words that hold an offset into this code
     std::vector<LineMark> lines;
 };
