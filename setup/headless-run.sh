@@ -47,6 +47,7 @@ make_wine_prefix
 trap finish EXIT
 start_display
 
+cd "$(dirname "$project")" # DOSBox leaves its stdout.txt in the folder where the program was started
 wine "$TAVREL_OUT/Tavrel/Tavrel.exe" "$(windows_path "$project")" < /dev/null > /dev/null 2>&1 &
 ide=$!
 if command -v import > /dev/null; then wait_for_window; else say "set-up: no pictures without imagemagick"; fi

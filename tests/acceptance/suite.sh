@@ -8,6 +8,7 @@ program=$root/out/Tavrel
 drive_program=$root/out/bin/drive.exe
 export LC_ALL=C.UTF-8 WINEDEBUG=${WINEDEBUG:--all}
 work=$(mktemp -d)
+cd "$work" || exit 1 # DOSBox leaves its stdout.txt in the folder where the program was started
 passed=0
 failed=0
 tavrel_process=

@@ -25,6 +25,7 @@ struct Options {
     std::vector<std::string> words; ///< verb and its arguments
     DWORD timeout = 60'000;         ///< milliseconds
     bool key = false;               ///< press the shortcut instead of choosing from the menu
+    bool time = false;              ///< print how long it took
 };
 
 /// Asks again and again until the condition holds or the time is over.
@@ -134,6 +135,28 @@ bool isOutcome(const std::string& text) {
            text.find("cannot have more than 720kb") != std::string::npos;
 }
 
+void printElapsed(ULONGLONG start) {
+    std::printf("milliseconds: %llu\n", static_cast<unsigned long long>(GetTickCount64() - start));
+}
+
+/// Runs a command line hidden, as the program starts a build, and prints how long it took.
+int timeProcess(std::string commandLine) {
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_HIDE;
+    PROCESS_INFORMATION process = {};
+    const ULONGLONG start = GetTickCount64();
+    if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                       &process) == 0)
+        throw std::runtime_error("cannot start " + commandLine);
+    WaitForSingleObject(process.hProcess, INFINITE);
+    printElapsed(start);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return 0;
+}
+
 int compileAndReport(const Options& options) {
     mainWindow(options);
     if (HWND const old = progressWindow()) {
@@ -142,10 +165,11 @@ int compileAndReport(const Options& options) {
     }
     if (const int refused = chooseCommand(options, commandNamed("mnuCompile")))
         return refused;
+    const ULONGLONG start = GetTickCount64();
     std::string text;
     waitUntil(options, "the outcome of the compilation", [&] {
         if (HWND const box = dialogBox()) {
-            HWND const words = FindWindowExA(box, nullptr, "Static", nullptr);
+            HWND const words = GetDlgItem(box, 0xFFFF); // the first static control may be the picture
             text = windowText(box) + ": " + windowText(words != nullptr ? words : box);
             return true;
         }
@@ -153,6 +177,8 @@ int compileAndReport(const Options& options) {
         text = window == nullptr ? "" : windowText(GetDlgItem(window, Form2_Text1));
         return isOutcome(text);
     });
+    if (options.time)
+        printElapsed(start);
     // The size lines follow the outcome at once; an unchanged text a moment later is the whole one.
     std::string before;
     waitUntil(options, "the text to stand still", [&] {
@@ -258,6 +284,8 @@ int perform(const Options& options) {
     };
     if (verb == "compile-and-report")
         return compileAndReport(options);
+    if (verb == "time-process")
+        return timeProcess(argument());
     if (verb == "tree")
         return printTree(options);
     if (verb == "status")
@@ -285,6 +313,8 @@ Options readOptions(int count, char** arguments) {
         const std::string word = arguments[i];
         if (word == "--key")
             options.key = true;
+        else if (word == "--time")
+            options.time = true;
         else if (word == "--timeout" && i + 1 < count)
             options.timeout = static_cast<DWORD>(std::stod(arguments[++i]) * 1000);
         else
@@ -304,7 +334,8 @@ int main(int count, char** arguments) {
         return 2;
     } catch (const std::exception& error) {
         std::fprintf(stderr,
-                     "drive: %s\nusage: drive compile-and-report|tree|status|caret|text|type TEXT|menu NAME|"
+                     "drive: %s\nusage: drive compile-and-report [--time]|time-process "
+                     "COMMANDLINE|tree|status|caret|text|type TEXT|menu NAME|"
                      "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
                      error.what());
         return 3;
