@@ -42,7 +42,12 @@ class TemporaryFolder {
     std::string read(const std::string& name) const { return readWholeFile(path_ + name); }
     bool has(const std::string& name) const { return FileExists(path_ + name); }
     std::string makeFolder(const std::string& name) const {
-        std::filesystem::create_directories(native_ / name);
+        std::string portable = name;
+        for (char& c : portable) {
+            if (c == '\\')
+                c = '/'; // every system takes it
+        }
+        std::filesystem::create_directories(native_ / portable);
         return path_ + name + "\\";
     }
 
