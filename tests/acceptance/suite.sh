@@ -15,7 +15,7 @@ tavrel_process=
 
 cleanup() {
   [[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null
-  rm -rf "$work" "$work.run"
+  rm -rf "$work" "$work.run" "$work.program"
 }
 trap cleanup EXIT
 
@@ -157,7 +157,7 @@ check "an include that includes itself ends nothing" "ended 0" "$ended"
 
 # A program folder that lacks a part of the compiler.
 cp "$root"/share/samples/hello/* "$work"/
-program=$work/incomplete
+program=$work.program # outside the project folder, which may not grow that large
 cp -r "$root/out/Tavrel" "$program"
 rm "$program/compiler/RUNTIME.COM"
 start "$work/HELLO.TPJ"

@@ -270,7 +270,9 @@ TEST(FatTime, LosesOnlyTheOddSecond) {
 
 TEST(FatTime, TimesThatADirectoryCannotHold) {
     EXPECT_EQ(textOf(fatTimeOf(0)), "1980-01-01 00:00:00");
-    EXPECT_EQ(textOf(fatTimeOf(5'000'000'000)), "2107-12-31 23:59:58");
+    if constexpr (sizeof(std::time_t) > 4) { // where the host's clock itself does not end in 2038
+        EXPECT_EQ(textOf(fatTimeOf(static_cast<std::time_t>(5'000'000'000))), "2107-12-31 23:59:58");
+    }
     EXPECT_FALSE(hostTimeOf({0, 0}));
     EXPECT_FALSE(hostTimeOf({0xFFFF, 0xFFFF}));
     EXPECT_FALSE(hostTimeOf({44 << 9 | 2 << 5 | 30, 0})) << "February 30th";

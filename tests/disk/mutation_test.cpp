@@ -121,7 +121,8 @@ TEST(Mutation, NoiseIsNoDisk) {
         Bytes bytes = test::pattern(seed * 37, seed);
         if (seed % 2 == 0 && bytes.size() > 32) { // with parameters that make some sense
             const Bytes start = DiskImage().bytes();
-            std::copy_n(start.begin() + 0x0B, 16, bytes.begin() + 0x0B);
+            for (std::size_t at = 0x0B; at < 0x1B; ++at)
+                bytes[at] = start[at];
             bytes[0x13] = static_cast<std::uint8_t>(bytes.size() / 512);
             bytes[0x14] = 0;
         }
