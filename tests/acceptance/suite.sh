@@ -161,6 +161,7 @@ program=$work.program # outside the project folder, which may not grow that larg
 cp -r "$root/out/Tavrel" "$program"
 rm "$program/compiler/RUNTIME.COM"
 start "$work/HELLO.TPJ"
+check "an incomplete kit is no matter before a build" "*HELLO.PAS" "$(drive tree)"
 drive menu mnuCompile > /dev/null
 check "a missing kit file is told" "RUNTIME.COM" "$(drive answer OK)"
 check "nothing of the kit is left behind" "kit: 0" "kit: $(ls "$work" | grep -c -i -E 'tp3|dos2cash|turbopc')"
