@@ -56,6 +56,7 @@ delete          equ 7Fh
         include memory.asm
         include screen.asm
         include system.asm
+        include missing.asm
         include variables.asm
 
 libraryEnd:
