@@ -1,23 +1,5 @@
 ; Entries that this library does not have yet: a program that calls one of them stops with a message.
 
-@setExpand:
-@setShrink:
-@setCheckShrink:
-@setClear:
-@setUnion:
-@setIntersection:
-@setDifference:
-@setEqual:
-@setSubset:
-@setInclude:
-@setIncludeRange:
-@setContains:
-@heapAllocate:
-@heapFree:
-@heapMark:
-@heapRelease:
-@memAvail:
-@maxAvail:
 @realAdd:
 @realSubtract:
 @realMultiply:
@@ -88,9 +70,6 @@ _text:
 _end:
 
 ; Variables of such entries.
-@heapPtr:               defs 2
-@recurPtr:              defs 2
-@stackPtr:              defs 2
 @realDecimals:          defs 2
 @inputFile:             defs 4
 @outputFile:            defs 4

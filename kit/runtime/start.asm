@@ -1,6 +1,7 @@
 ; Start of a program: memory check, library variables, chain image to its place.
 
 minimumStack    equ 256         ; bytes between the heap's bottom and the stack's top without which nothing is run
+recursionDistance equ 1024      ; of RecurPtr from StackPtr at the start; nothing here uses either
 
         jp      start
 
@@ -98,14 +99,13 @@ initialiseVariables:
         ld      bc,randomSeedEnd - randomSeed
         ldir
 
-        ld      hl,(imageStart + imageHeapBottom)
-        ld      de,stackMargin
+        ld      hl,(stackTop)
+        ld      (@stackPtr),hl
+        ld      de,-recursionDistance
         add     hl,de
-        ex      de,hl
-        ld      hl,0
-        or      a
-        sbc     hl,de
-        ld      (@stackLimit),hl
+        ld      (@recurPtr),hl
+        ld      hl,(imageStart + imageHeapBottom)
+        call    setHeapTop
 
         ld      a,(imageStart + imageFlags)
         ld      (programFlags),a

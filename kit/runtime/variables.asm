@@ -6,6 +6,9 @@ lineMaximum     equ 127         ; and never more
 ; Words and bytes with a start value of their own.
 stackTop:               defs 2  ; the program's initial stack pointer
 @stackLimit:            defs 2
+@heapPtr:               defs 2  ; the heap's top, HeapPtr
+@stackPtr:              defs 2
+@recurPtr:              defs 2
 @bufLen:                defs 2  ; BufLen; a word, the low byte counts
 outputFunction:         defs 1  ; BDOS function that writes a character: 2 or 6
 programFlags:           defs 1  ; the image's flags
@@ -18,6 +21,9 @@ ioStatus:               defs 1  ; I/O result
                         defs 1  ; lets ioResult load a word
 entryStack:             defs 2  ; stack pointer in the entry that reads, for a break's address
 @stringCount:           defs 2
+freeList:               defs 4  ; first free block of the heap, and 0 as the list's own size
+heapLink:               defs 2  ; heapFree's: block before the one that is freed
+heapSums:               defs 1  ; not 0: MemAvail, otherwise MaxAvail
 
 ; The line read last and what is being taken from it.
 lineLength:             defs 1  ; characters in lineBuffer
