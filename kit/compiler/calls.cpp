@@ -47,6 +47,9 @@ Expr* SourceParser::variableArgument(const Symbol& parameter) {
     bool fits = &formal == &actual;
     if (formal.kind == TypeKind::string && actual.kind == TypeKind::string)
         fits = formal.high == actual.high || !scanner_.directives().varStringCheck;
+    // Files are told apart by what they hold.
+    if (formal.isFile() && formal.kind == actual.kind)
+        fits = formal.base == actual.base;
     if (!fits)
         fail(Error::typeMismatch, position);
     return argument;

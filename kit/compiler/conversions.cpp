@@ -65,6 +65,10 @@ Expr* SourceParser::toReal(Expr* value) {
 Expr* SourceParser::assignable(Expr* value, Type* target, Position position) {
     if (errors.failed())
         return value;
+    if (containsFile(*target)) {
+        fail(Error::fileOrPointerNotAllowed, position);
+        return errorNode();
+    }
     Expr* result = nullptr;
     switch (target->kind) {
     case TypeKind::integer:
@@ -97,7 +101,6 @@ Expr* SourceParser::assignable(Expr* value, Type* target, Position position) {
     case TypeKind::textFile:
     case TypeKind::typedFile:
     case TypeKind::untypedFile:
-        fail(Error::fileOrPointerNotAllowed, position);
         break;
     }
     if (result == nullptr) {

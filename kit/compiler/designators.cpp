@@ -4,9 +4,7 @@ namespace tp3 {
 
 // designator = variable identifier selectors
 Expr* SourceParser::designator(Symbol& variable, Position position) {
-    Expr* node = newExpr(ExprKind::variable, variable.type, position);
-    node->symbol = &variable;
-    return selectors(node);
+    return selectors(variableNode(variable, position));
 }
 
 // selectors = {'[' expression {',' expression} ']' | '.' identifier | '^'}

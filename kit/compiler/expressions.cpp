@@ -16,6 +16,12 @@ Expr* SourceParser::ordinalNode(std::int32_t value, Type* type, Position positio
     return node;
 }
 
+Expr* SourceParser::variableNode(Symbol& variable, Position position) {
+    Expr* node = newExpr(ExprKind::variable, variable.type, position);
+    node->symbol = &variable;
+    return node;
+}
+
 Expr* SourceParser::stringNode(const char* text, std::size_t length, Position position) {
     Expr* node = newExpr(ExprKind::string, stringType(length), position);
     node->text = text;

@@ -76,6 +76,16 @@ Expr* SourceParser::operandError(Position position) {
     return errorNode();
 }
 
+// Refuses what is no operand of any operator: files and whole structures; pointers can only be compared.
+bool SourceParser::isOperand(const Type& type, Operator op, Position position) {
+    const bool comparison = op == Operator::equal || op == Operator::notEqual;
+    if (type.isFile() || (type.kind == TypeKind::pointer && !comparison))
+        fail(Error::fileOrPointerNotAllowed, position);
+    else if (type.kind == TypeKind::record || (type.kind == TypeKind::array && !isCharArray(type)))
+        fail(Error::structuredNotAllowed, position);
+    return !errors.failed();
+}
+
 Expr* SourceParser::binaryNode(Operator op, Expr* left, Expr* right, Type* type, Position position) {
     Expr* node = newExpr(ExprKind::binary, type, position);
     node->op = op;
@@ -90,6 +100,8 @@ Expr* SourceParser::binary(Operator op, Expr* left, Expr* right, Position positi
         return errorNode();
     const Type& a = *left->type;
     const Type& b = *right->type;
+    if (!isOperand(a, op, position) || !isOperand(b, op, position))
+        return errorNode();
     if (op == Operator::in)
         return setMembership(left, right, position);
     if (a.kind == TypeKind::set || b.kind == TypeKind::set)
@@ -202,7 +214,7 @@ Expr* SourceParser::comparison(Operator op, Expr* left, Expr* right, Position po
 }
 
 Expr* SourceParser::unary(Operator op, Expr* operand, Position position) {
-    if (errors.failed())
+    if (errors.failed() || !isOperand(*operand->type, op, position))
         return errorNode();
     Type* type = operand->type->host() == &integer_   ? &integer_
                  : operand->type->host() == &boolean_ ? &boolean_

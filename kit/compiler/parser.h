@@ -58,6 +58,8 @@ class Parser {
     /// Names of the source files in the order of Position::file.
     [[nodiscard]] const std::vector<std::string>& files() const;
     [[nodiscard]] std::uint32_t lineCount() const;
+    /// StatementOption bits where the main program's statements begin: {$B}, {$C} and {$U} are for all of it.
+    [[nodiscard]] std::uint8_t programOptions() const;
 
   private:
     struct State;

@@ -17,10 +17,13 @@ void SourceParser::routineDeclaration(bool overlay) {
         return;
     const bool function = at(TokenKind::wordFunction);
     advance();
+    const Position position = token_.position;
     Symbol* symbol = routineHeading(function);
     if (symbol == nullptr || errors.failed())
         return;
     Routine& routine = *symbol->routine;
+    if (overlay && routine.isForward)
+        return fail(Error::overlayForward, position);
     if (at(TokenKind::wordForward)) {
         if (overlay)
             return failHere(Error::overlayForward);
@@ -119,7 +122,7 @@ void SourceParser::parameterGroup(Routine& routine, Symbol*& last) {
     expect(TokenKind::colon, Error::colonExpected);
     const Position position = token_.position;
     Type* type = parseTypeIdentifier();
-    if (!byAddress && type->isFile())
+    if (!byAddress && containsFile(*type))
         fail(Error::fileMustBeVar, position);
     for (Symbol* parameter = first; parameter != nullptr; parameter = parameter->next)
         parameter->type = type;

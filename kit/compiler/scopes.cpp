@@ -3,7 +3,7 @@
 namespace tp3 {
 namespace {
 
-constexpr std::size_t maximumOrdinals = 65535; // ordinals have 16 bits
+constexpr std::size_t maximumOrdinals = firstStandardVariable; // ordinals have 16 bits
 
 } // namespace
 
@@ -79,7 +79,7 @@ Symbol* SourceParser::newHidden(Type* type) {
 }
 
 void SourceParser::noteUse(const Symbol& variable, Access access) {
-    if (errors.failed())
+    if (errors.failed() || variable.ordinal >= firstStandardVariable)
         return;
     VariableFacts& facts = variableFacts[variable.ordinal];
     const Routine* here = current_->level > 0 ? current_ : nullptr;
@@ -155,22 +155,29 @@ void SourceParser::declareStandardNames() {
     }
     if (features_.files)
         declareStandard("TEXT", SymbolKind::typeName, &text_, 0);
+    const auto there = [&](FeatureNeed need) {
+        return need == FeatureNeed::none || (need == FeatureNeed::reals && features_.reals) ||
+               (need == FeatureNeed::files && features_.files) ||
+               (need == FeatureNeed::heap && features_.heap);
+    };
+    std::uint16_t ordinal = firstStandardVariable;
     for (const StandardVariable& entry : standardVariables()) {
-        if (entry.address == 0)
+        if (!there(entry.need))
             continue;
-        Symbol* variable = declareStandard(entry.text, SymbolKind::variable,
-                                           entry.boolean ? &boolean_ : &integer_, entry.address);
+        Type* type = entry.kind == TypeKind::textFile  ? &text_
+                     : entry.kind == TypeKind::boolean ? &boolean_
+                                                       : &integer_;
+        Symbol* variable = declareStandard(entry.text, SymbolKind::variable, type, addressOf(entry));
         variable->storage = StorageKind::absoluteAddress;
-        variable->ordinal = static_cast<std::uint16_t>(variableFacts.size());
-        variableFacts.emplace_back();
+        variable->ordinal = ordinal++;
+        if (entry.entry == RuntimeEntry::inputFile)
+            input_ = variable;
+        else if (entry.entry == RuntimeEntry::outputFile)
+            output_ = variable;
     }
     std::int32_t index = 0;
     for (const StandardName& entry : standardNames()) {
-        const bool there = entry.need == FeatureNeed::none ||
-                           (entry.need == FeatureNeed::reals && features_.reals) ||
-                           (entry.need == FeatureNeed::files && features_.files) ||
-                           (entry.need == FeatureNeed::heap && features_.heap);
-        if (there)
+        if (there(entry.need))
             declareStandard(entry.text, SymbolKind::standardRoutine, &untyped_, index);
         ++index;
     }

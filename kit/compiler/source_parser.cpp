@@ -110,6 +110,9 @@ void SourceParser::block(Routine& routine) {
     checkForwards();
     if (!at(TokenKind::wordBegin))
         failHere(Error::beginExpected);
+    noteOptions();
+    if (routine.level == 0)
+        programOptions = statementOptions_;
     Stmt* statements = compoundStatement();
     checkGotos();
     if (!errors.failed())
@@ -182,6 +185,10 @@ const std::vector<std::vector<std::uint16_t>>& Parser::callees() const {
 
 const std::vector<std::string>& Parser::files() const {
     return state_->parser.errors.files;
+}
+
+std::uint8_t Parser::programOptions() const {
+    return state_->parser.programOptions;
 }
 
 std::uint32_t Parser::lineCount() const {

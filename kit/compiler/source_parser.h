@@ -36,6 +36,7 @@ class SourceParser {
     ErrorState errors;
     std::vector<VariableFacts> variableFacts;
     std::vector<std::vector<std::uint16_t>> callees;
+    std::uint8_t programOptions = 0;
     [[nodiscard]] std::uint32_t lineCount() const { return scanner_.lineCount(); }
 
   private:
@@ -66,6 +67,14 @@ class SourceParser {
         Stmt* first = nullptr;
         Stmt* last = nullptr;
         void add(Stmt* stmt);
+    };
+    /// A Read or Write while it is being parsed.
+    struct Transfer {
+        bool output = false;
+        bool selected = false; ///< `file` is the one that items go to or come from
+        Expr* file = nullptr;  ///< null: the standard file
+        Position position;
+        StmtList list;
     };
     /// Counts how deep the recursion is; `ok` tells whether it may go on.
     class Nesting {
@@ -167,6 +176,7 @@ class SourceParser {
 
     // statements.cpp
     Stmt* newStmt(StmtKind kind, Position position);
+    void noteOptions();
     Stmt* parseStatement();
     Stmt* unlabelledStatement();
     void statementList(StmtList& list, TokenKind closing);
@@ -208,6 +218,7 @@ class SourceParser {
     Expr* constantNode(const ConstantValue& constant);
     Expr* newExpr(ExprKind kind, Type* type, Position position);
     Expr* ordinalNode(std::int32_t value, Type* type, Position position);
+    Expr* variableNode(Symbol& variable, Position position);
     Expr* stringNode(const char* text, std::size_t length, Position position);
     Expr* finish(Expr* expr);
     Expr* errorNode() { return &errorNode_; }
@@ -222,6 +233,7 @@ class SourceParser {
     Expr* unary(Operator op, Expr* operand, Position position);
     Expr* binaryNode(Operator op, Expr* left, Expr* right, Type* type, Position position);
     Expr* operandError(Position position);
+    bool isOperand(const Type& type, Operator op, Position position);
 
     // conversions.cpp
     Expr* convertNode(Expr* value, Type* type);
@@ -289,12 +301,28 @@ class SourceParser {
     Expr* stringVariable();
     Expr* integerVariable();
 
+    // files.cpp
+    bool containsFile(const Type& type) const;
+    bool sameComponent(const Type& a, const Type& b) const;
+    Expr* ioCall(StandardRoutine routine, Type* type, Position position);
+    Expr* fileArgument(CallShape shape);
+    Expr* fileFunction(CallShape shape, StandardRoutine routine, Position position);
+    void fileProcedure(CallShape shape, Expr* call);
+
     // input_output.cpp
     Stmt* writeStatement(bool line, Position position);
-    Stmt* writeItem();
+    void writeItem(Expr* value, Transfer& transfer, Position position);
     Expr* widthPart();
     Stmt* readStatement(bool line, Position position);
-    Stmt* readItem();
+    void readItem(Expr* target, Transfer& transfer, Position position);
+    void transferFile(Transfer& transfer, Expr* file, bool line, Position position);
+    void openTransfer(Transfer& transfer, Expr* file);
+    Stmt* closeTransfer(Transfer& transfer);
+    void select(Transfer& transfer, bool on);
+    void fileItems(StandardRoutine routine, Transfer& transfer);
+    Expr* itemValue(Expr* value, Transfer& transfer);
+    Expr* heldValue(Expr* value, Type* type, StmtList& list);
+    Expr* heldPlace(Expr* place, StmtList& list);
     Stmt* sequence(StmtList& list, Position position);
 
     Host& host_;
@@ -314,6 +342,9 @@ class SourceParser {
     std::vector<WithRecord> withRecords_;
     const Enclosure* enclosure_ = nullptr;
     std::size_t nesting_ = 0;
+    std::uint8_t statementOptions_ = 0; ///< StatementOption bits where the statement began
+    Symbol* input_ = nullptr;           ///< the standard files
+    Symbol* output_ = nullptr;
     std::size_t routineCount_ = 0;
 
     Type integer_{}, byte_{}, char_{}, boolean_{}, real_{}, text_{};

@@ -83,6 +83,10 @@ Expr* SourceParser::standardFunction(Symbol& symbol, Position position) {
         return functionOfName(entry.shape, position);
     case CallShape::randomFunction:
         return randomFunction(position);
+    case CallShape::filePlace:
+    case CallShape::eofFunction:
+    case CallShape::textFunction:
+        return fileFunction(entry.shape, entry.routine, position);
     case CallShape::system:
         return systemFunction(entry.routine, position);
     default:

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "language_features.h"
+#include "runtime_entries.h"
 #include "tree.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -34,7 +36,10 @@ enum class CallShape : std::uint8_t {
     copyFunction,
     concatFunction,
     randomFunction,
-    system, ///< Bdos and its kin: (integer [, integer]), function or procedure
+    filePlace,    ///< F(file): Integer; of files with components: FilePos, FileSize
+    eofFunction,  ///< F[(file)]: Boolean, of Input when no file is given
+    textFunction, ///< F[(text file)]: the same, of text files only
+    system,       ///< Bdos and its kin: (integer [, integer]), function or procedure
     // procedures with arguments of their own
     write,
     writeLine,
@@ -50,6 +55,13 @@ enum class CallShape : std::uint8_t {
     pointerSize, ///< (pointer variable, integer): GetMem, FreeMem
     heapMark,    ///< (pointer variable): Mark, Release
     exitProcedure,
+    anyFile,       ///< (file): Close, Erase, Chain, Execute
+    assignFile,    ///< (file, string)
+    openFile,      ///< (file): Reset, Rewrite
+    flushFile,     ///< (typed file)
+    renameFile,    ///< (file, string)
+    seekFile,      ///< (typed or untyped file, integer)
+    blockTransfer, ///< (untyped file, variable, integer [, integer variable])
     // arrays of bytes
     memoryArray,
     portArray,
@@ -72,9 +84,18 @@ struct StandardName {
 /// A variable of the run-time library that programs may use by name.
 struct StandardVariable {
     const char* text;
-    bool boolean;          ///< Boolean, otherwise Integer
-    std::uint16_t address; ///< 0 while the library has no such variable: then it is not declared
+    TypeKind kind; ///< integer, boolean or textFile
+    RuntimeEntry entry;
+    FeatureNeed need;
 };
+
+/// The address of a standard variable.
+inline std::uint16_t addressOf(const StandardVariable& variable) {
+    return runtimeAddresses[static_cast<std::size_t>(variable.entry)];
+}
+
+/// Standard variables have no facts; their ordinals begin here, above those of the program's own.
+inline constexpr std::uint16_t firstStandardVariable = 0xFF00;
 
 std::span<const StandardVariable> standardVariables();
 

@@ -48,6 +48,15 @@ Stmt* SourceParser::standardProcedure(Symbol& symbol, Position position) {
     case CallShape::fillCharProcedure:
         memoryProcedure(entry.shape, call);
         break;
+    case CallShape::anyFile:
+    case CallShape::assignFile:
+    case CallShape::openFile:
+    case CallShape::flushFile:
+    case CallShape::renameFile:
+    case CallShape::seekFile:
+    case CallShape::blockTransfer:
+        fileProcedure(entry.shape, call);
+        break;
     default:
         heapProcedure(entry.shape, call);
         break;

@@ -14,15 +14,21 @@ Stmt* SourceParser::newStmt(StmtKind kind, Position position) {
     Stmt* stmt = arena_.make<Stmt>();
     stmt->kind = kind;
     stmt->position = position;
+    stmt->options = statementOptions_;
+    return stmt;
+}
+
+// The directives in force where a statement begins; those that stand inside it or right behind it, as in
+// {$I-} Reset(f) {$I+}, are not for it.
+void SourceParser::noteOptions() {
     const Directives& directives = scanner_.directives();
     const auto option = [](bool on, StatementOption bit) { return on ? static_cast<unsigned>(bit) : 0U; };
-    stmt->options = static_cast<std::uint8_t>(
+    statementOptions_ = static_cast<std::uint8_t>(
         option(directives.ioCheck, optionIoCheck) | option(directives.userInterrupt, optionUserInterrupt) |
         option(directives.controlC, optionControlC) | option(directives.arraySpeed, optionArraySpeed) |
         option(directives.bufferedConsole, optionBufferedConsole) |
         option(directives.absoluteCode, optionAbsoluteCode) |
         option(directives.rangeCheck, optionRangeCheck));
-    return stmt;
 }
 
 // One statement for a list: itself if it is alone, otherwise a block.
@@ -38,6 +44,7 @@ Stmt* SourceParser::sequence(StmtList& list, Position position) {
 Stmt* SourceParser::parseStatement() {
     const Nesting nesting(*this);
     const Position position = token_.position;
+    noteOptions();
     if (!nesting.ok)
         return newStmt(StmtKind::empty, position);
     StmtList list;
@@ -185,9 +192,7 @@ Stmt* SourceParser::routineStatement(Symbol& symbol, Position position) {
         failHere(Error::illegalAssignment);
     } else {
         noteUse(*result, Access::write);
-        Expr* target = newExpr(ExprKind::variable, result->type, position);
-        target->symbol = result;
-        return assignment(target, position);
+        return assignment(variableNode(*result, position), position);
     }
     return newStmt(StmtKind::empty, position);
 }
@@ -206,6 +211,7 @@ Stmt* SourceParser::ifStatement() {
     Stmt* first = nullptr;
     Stmt** place = &first;
     while (at(TokenKind::wordIf)) {
+        noteOptions();
         Stmt* stmt = newStmt(StmtKind::conditional, token_.position);
         *place = stmt;
         advance();
@@ -253,6 +259,7 @@ Stmt* SourceParser::caseStatement() {
     while (!errors.failed() && !at(TokenKind::wordEnd) && !at(TokenKind::wordElse)) {
         if (accept(TokenKind::semicolon))
             continue;
+        noteOptions();
         Stmt* arm = newStmt(StmtKind::caseArm, token_.position);
         arm->labels = caseLabels(*stmt->value->type);
         expect(TokenKind::colon, Error::colonExpected);

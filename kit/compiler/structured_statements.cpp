@@ -59,8 +59,7 @@ Stmt* SourceParser::withRecord(Expr* record, Position position) {
     pointer->base = record->type;
     Symbol* hidden = newHidden(pointer);
     noteUse(*hidden, Access::write);
-    Expr* variable = newExpr(ExprKind::variable, pointer, position);
-    variable->symbol = hidden;
+    Expr* variable = variableNode(*hidden, position);
     Expr* address = standardNode(StandardRoutine::addressOf, pointer, position);
     address->left = record;
     Stmt* with = newStmt(StmtKind::with, position);

@@ -76,7 +76,7 @@ struct Expr {
     ExprKind kind = ExprKind::ordinal;
     Operator op = Operator::none;
     /// Range check wanted ({$R+}) at this index, or (convert) at this assignment or parameter: type gives the
-    /// bounds.
+    /// bounds. At a standardCall: the I/O result is looked at behind it ({$I+}).
     bool checked = false;
     /// Levels of nodes from here down, never above maximumTreeDepth, so that recursion over a tree is
     /// bounded.
@@ -165,8 +165,8 @@ struct Stmt {
 /// constant). Arguments are given in the comment; "address" means a designator whose address is wanted.
 enum class StandardRoutine : std::uint8_t {
     none,
-    // text output to the file selected by the last selectOutput of the same statement (standard output if
-    // there is none)
+    // text output to the file selected by the last selectOutput; a Write statement selects the standard
+    // output again at its end
     selectOutput, ///< (text file designator)
     writeInteger, ///< (integer, width) width is an integer expression, constant 0 when not given
     writeChar,    ///< (char, width)
@@ -254,7 +254,32 @@ enum class StandardRoutine : std::uint8_t {
     intPart,
     round,
     trunc,
-    // files: the rest of the language's list follows when the library has them
+    // files. "file" is a designator of a file type, whose address is wanted; a string is of a string type
+    fileAssignText, ///< (file, string) name or device
+    fileAssignTyped,
+    fileAssignUntyped,
+    fileReset,   ///< (file, constant) record size: 0 text, 128 untyped
+    fileRewrite, ///< the same
+    fileClose,   ///< (file)
+    fileErase,
+    fileFlush,
+    fileRename,   ///< (file, string)
+    fileSeek,     ///< (file, integer)
+    filePosition, ///< (file) integer
+    fileSize,
+    fileEof, ///< (file) boolean
+    fileEoln,
+    fileSeekEof,
+    fileSeekEoln,
+    fileRead,       ///< (typed file, designator of a component)
+    fileWrite,      ///< the same
+    fileBlockRead,  ///< (untyped file, designator, count [, result]) result: an integer variable of 1 or 2
+                    ///< bytes
+    fileBlockWrite, ///< the same
+    selectStandardOutput, ///< () ends selectOutput
+    selectStandardInput,  ///< () ends selectInput
+    ovrDrive,             ///< (integer) has no effect: overlays are resident
+    last = ovrDrive,
 };
 
 } // namespace tp3

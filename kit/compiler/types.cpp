@@ -231,7 +231,7 @@ Type* SourceParser::parseFileType() {
         const Position position = token_.position;
         type->kind = TypeKind::typedFile;
         type->base = parseType();
-        if (type->base->isFile())
+        if (containsFile(*type->base))
             fail(Error::fileOfFile, position);
     }
     return type;
