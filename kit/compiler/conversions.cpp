@@ -65,7 +65,7 @@ Expr* SourceParser::toReal(Expr* value) {
 Expr* SourceParser::assignable(Expr* value, Type* target, Position position) {
     if (errors.failed())
         return value;
-    if (containsFile(*target)) {
+    if (containsFile(*target) || value->type->isFile()) {
         fail(Error::fileOrPointerNotAllowed, position);
         return errorNode();
     }

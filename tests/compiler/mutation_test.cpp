@@ -7,8 +7,6 @@
 namespace tp3::test {
 namespace {
 
-constexpr Features everything{true, true, true, true};
-
 std::vector<std::string> samples() {
     std::vector<std::string> result;
     for (const char* folder : {TREE_FOLDER, ERROR_FOLDER})
@@ -55,7 +53,7 @@ TEST(Mutation, NoTextCrashesTheParser) {
     for (int round = 0; round < 4000; ++round) {
         host.files["MAIN.PAS"] = mutate(pool[random() % pool.size()], pool, random);
         host.chunk = round % 3 == 0 ? 1 : 100000;
-        const Features features = round % 2 == 0 ? everything : shippedFeatures;
+        const Features features = round % 2 == 0 ? allFeatures : shippedFeatures;
         const Parsed first = parse(host, features);
         ASSERT_EQ(first.ok, first.diagnostic.error == Error::none);
         if (round % 8 == 0) {

@@ -75,6 +75,9 @@ class DumpConsumer : public BodyConsumer {
     }
 };
 
+/// The language with all its parts, whatever the shipped compiler lets in.
+inline constexpr Features allFeatures{true, true, true, true};
+
 /// One program, parsed.
 struct Parsed {
     bool ok = false;

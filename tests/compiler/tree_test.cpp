@@ -31,7 +31,7 @@ TEST(Tree, GoldenPrograms) {
         if (entry.path().extension() != ".pas")
             continue;
         SCOPED_TRACE(entry.path().filename().string());
-        const Parsed parsed = parse(readFile(entry.path()), Features{true, true, true, true});
+        const Parsed parsed = parse(readFile(entry.path()), allFeatures);
         EXPECT_EQ(parsed.error(), "none");
         std::filesystem::path expected = entry.path();
         EXPECT_EQ(parsed.constants + parsed.text, readFile(expected.replace_extension(".txt")));
