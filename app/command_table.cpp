@@ -68,7 +68,7 @@ const std::vector<CommandRow>& rows() {
         separatorRow("mnuseparator4", mnuseparator4),
         {"mnupreferences", mnupreferences, "Preferences", command, 1, always, {}, &Form1::preferencesCommand},
         {"mnuTools", mnuTools, "Tools", menu, 0},
-        {"mnuConvPal", mnuConvPal, "Palette Converter", command, 1, always, {VK_F4, true, "Ctrl+F4"}},
+        {"mnuConvPal", mnuConvPal, "Palette Converter", command, 1, always, {VK_F4, true, "Ctrl+F4"}, &Form1::paletteConverterCommand},
         {"mnuImgConv", mnuImgConv, "Image Converter", command, 1, always, {VK_F3, true, "Ctrl+F3"}, &Form1::imageConverterCommand},
         {"mnuCalc", mnuCalc, "Calc", command, 1, always, {VK_F2, true, "Ctrl+F2"}, &Form1::calculatorCommand},
         {"mnuWindow", mnuWindow, "Window", menu, 0},

@@ -94,6 +94,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void preferencesCommand();
     void splitCommand();
     void showTreeCommand();
+    void paletteConverterCommand();
     void imageConverterCommand();
     void calculatorCommand();
     void pascalReferenceCommand();

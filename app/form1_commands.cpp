@@ -11,6 +11,7 @@
 #include "project/new_project.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
+#include "tools/frmconvpal.h"
 #include "util/text.h"
 
 #include <optional>
@@ -229,6 +230,10 @@ void Form1::redoCommand() {
 
 void Form1::clearCommand() {
     Code1_->setText("");
+}
+
+void Form1::paletteConverterCommand() {
+    showPaletteConverter(window_, *workspace_);
 }
 
 void Form1::splitCommand() {

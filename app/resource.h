@@ -127,3 +127,16 @@
 // The history.
 #define Form7_Dialog 700
 #define Form7_Text1 1801
+
+// The palette converter.
+#define frmConvPal_Dialog 800
+#define frmConvPal_Text1 1901
+#define frmConvPal_Text2 1902
+#define frmConvPal_Command1 1903
+#define frmConvPal_Command2 1904
+#define frmConvPal_Command3 1905
+#define frmConvPal_Command4 1906
+#define frmConvPal_Command5 1907
+#define frmConvPal_Before 1908
+#define frmConvPal_After 1909
+#define frmConvPal_Hint 1910
