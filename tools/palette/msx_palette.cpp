@@ -1,8 +1,7 @@
 #include "tools/palette/msx_palette.h"
 
-#include "util/text.h"
-
 #include <algorithm>
+#include <cmath>
 
 namespace tavrel {
 
@@ -13,11 +12,11 @@ constexpr double steps = 255.0 / 7;
 /// 0 to 7 of a component of 0 to 255. No component lies half-way, so that the rounding of halves is no
 /// matter.
 std::uint8_t msxComponent(std::uint8_t component) {
-    return static_cast<std::uint8_t>(roundHalfToEven(component / steps));
+    return static_cast<std::uint8_t>(std::lround(component / steps));
 }
 
 std::uint8_t shownComponent(std::uint8_t component) {
-    return static_cast<std::uint8_t>(roundHalfToEven(component * steps));
+    return static_cast<std::uint8_t>(std::lround(component * steps));
 }
 
 char digit(std::size_t value) {
