@@ -143,11 +143,4 @@ ValueId Lowering::frameOf(const Routine& owner) {
     return id;
 }
 
-void Lowering::releaseStack() {
-    if (stackTaken_ != 0) {
-        b_.emit(IrOp::stackFree).n = stackTaken_;
-        stackTaken_ = 0;
-    }
-}
-
 } // namespace tp3

@@ -28,6 +28,8 @@ bool isPowerOfTwoConstant(const Expr* e);
 bool hasCall(const Expr* e);
 /// Evaluating it takes room on the stack or may fail, so it cannot be left out or done out of order.
 bool isPlain(const Expr* e);
+/// Its value lies in a variable, which something that happens later may change.
+bool isInVariable(const Expr* e);
 
 /// Turns one routine's tree into intermediate code: places become addresses, structured operations become
 /// library calls, arithmetic is done in 8 bits where that gives the same, control flow becomes blocks.
@@ -101,19 +103,49 @@ class Lowering {
     Operand libraryWord(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments,
                         z80::Pair result = z80::Pair::hl);
     Operand libraryByte(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments);
-    void moveBlock(Operand from, Operand to, std::uint16_t size);
     void libraryText(RuntimeEntry entry, const char* text, std::uint16_t length);
 
     // lower_string.cpp
     Operand literal(const char* text, std::uint16_t length, bool lengthByte);
     Operand stringAddress(const Expr* e);
-    Operand stringTemporary(std::uint16_t size);
     void appendTo(Operand target, const Expr* e);
     void assignString(const Expr* target, const Expr* value);
     void storeString(Operand place, std::uint16_t maximum, const Expr* value);
     void assignStructured(const Expr* target, const Expr* value);
     Operand charsAddress(const Expr* e);
-    Ir& compareStrings(const Expr* e, IrOp op);
+    Ir& compareStructured(const Expr* e, IrOp op);
+
+    // lower_temporary.cpp: room for intermediate results
+    Operand stackTemporary(std::uint16_t size);
+    Operand temporary(std::uint16_t size);
+    void giveBack(const Operand& address);
+    void moveBlock(Operand from, Operand to, std::uint16_t size);
+    /// What the expressions of the current statement took is given back at its end.
+    void releaseStack();
+
+    // lower_real.cpp
+    struct RealTarget {
+        const Expr* designator = nullptr; ///< looked up when the operands are known
+        Operand address;                  ///< used when there is no designator; none asks for a temporary
+    };
+    Operand realAddress(const Expr* e);
+    Operand steadyReal(const Expr* e, const Expr* later);
+    Operand realTarget(const RealTarget& target, std::initializer_list<Operand> operands);
+    Operand realInto(const Expr* e, const RealTarget& target);
+    Operand realUnary(RuntimeEntry entry, const Expr* operand, const RealTarget& target);
+    void assignReal(const Expr* target, const Expr* value);
+    bool standardReal(const Expr* e, std::uint8_t options);
+
+    // lower_set.cpp
+    Operand setLiteral(const std::uint8_t* bytes, std::uint16_t count);
+    Operand setAddress(const Expr* e);
+    Operand setTemporary(const Expr* e);
+    Operand setOfElements(const Expr* e);
+    Operand trimmedSet(const Expr* e, const Type* type);
+    void assignSet(const Expr* target, const Expr* value, std::uint8_t options);
+    Operand setComparison(const Expr* e);
+    Operand membership(const Expr* e);
+    bool membershipBranch(const Expr* e, BlockId whenTrue, BlockId whenFalse);
 
     // lower_stmt.cpp
     void statement(const Stmt* s);
@@ -136,9 +168,7 @@ class Lowering {
     bool standardMemory(const Expr* e);
     bool standardScreen(const Expr* e);
     void standardStatement(const Expr* e, std::uint8_t options);
-
-    /// Stack that expressions of the current statement took is given back at its end.
-    void releaseStack();
+    bool standardHeap(const Expr* e);
 
     Storage& storage_;
     const Routine& routine_;
@@ -147,6 +177,12 @@ class Lowering {
     Position untranslatable_;
     BlockId exit_ = noBlock;
     std::uint16_t stackTaken_ = 0;
+    struct Temporary {
+        Operand address;
+        std::uint16_t size;
+        bool taken;
+    };
+    std::vector<Temporary> temporaries_;
     ValueId frame_ = 0;
     std::uint32_t frameEnterAt_ = 0; ///< its size is known when the body is done
     /// Values of variables met so far: ordinal and value. Routines use few, so a list serves.

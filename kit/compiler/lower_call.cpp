@@ -14,7 +14,9 @@ Operand Lowering::call(const Expr* e, Operand resultAddress) {
     const bool structured = callee.result != nullptr && !isScalar(callee.result->type);
     if (structured) {
         if (resultAddress.kind == Operand::Kind::none) {
-            resultAddress = stringTemporary(callee.result->type->size);
+            resultAddress = callee.result->type->kind == TypeKind::string
+                                ? stackTemporary(callee.result->type->size)
+                                : temporary(callee.result->type->size);
         }
         values.push_back(resultAddress);
     }
@@ -29,6 +31,14 @@ Operand Lowering::call(const Expr* e, Operand resultAddress) {
             value = evaluate(argument, width);
         } else if (p->type->kind == TypeKind::string) {
             value = stringAddress(argument);
+        } else if (p->type->kind == TypeKind::real) {
+            const Expr* later = argument->next;
+            while (later != nullptr && !hasCall(later)) {
+                later = later->next;
+            }
+            value = steadyReal(argument, later);
+        } else if (p->type->kind == TypeKind::set) {
+            value = trimmedSet(argument, p->type);
         } else {
             value = addressOfDesignator(argument);
         }
@@ -109,12 +119,6 @@ Operand Lowering::libraryByte(RuntimeEntry entry, std::initializer_list<LibraryA
     ir.dst = dst;
     ir.resultReg = z80::Reg::a;
     return dst;
-}
-
-/// Copies `size` bytes from one address to another.
-void Lowering::moveBlock(Operand from, Operand to, std::uint16_t size) {
-    library(RuntimeEntry::moveBytes, {word(z80::Pair::hl, from), word(z80::Pair::de, to)}, IrOp::blockMove)
-        .n = size;
 }
 
 /// Calls an entry that finds a string behind its call.

@@ -141,6 +141,12 @@ Operand Lowering::binaryOperation(IrOp op, const Expr* e, Width want) {
 }
 
 Operand Lowering::binary(const Expr* e, Width want) {
+    if (e->op == Operator::in) {
+        return resize(membership(e), Width::byte, want);
+    }
+    if (isComparison(e->op) && e->left->type->kind == TypeKind::set) {
+        return resize(setComparison(e), Width::byte, want);
+    }
     if (isComparison(e->op)) {
         return resize(comparison(e), Width::byte, want);
     }
@@ -289,7 +295,7 @@ void Lowering::checkRange(Operand value, Width width, std::int32_t low, std::int
 
 Operand Lowering::comparison(const Expr* e) {
     if (!comparesScalars(e)) {
-        Ir& ir = compareStrings(e, IrOp::runtimeCompare);
+        Ir& ir = compareStructured(e, IrOp::runtimeCompare);
         ir.dst = Operand::value(b_.temporary(Width::byte));
         return ir.dst;
     }
@@ -337,7 +343,7 @@ bool Lowering::conditionOnBits(const Expr* e, BlockId whenTrue, BlockId whenFals
 void Lowering::comparisonBranch(const Expr* e, BlockId whenTrue, BlockId whenFalse) {
     if (!comparesScalars(e)) {
         // Room on the stack must be given back before the two ways part, and that changes the flags.
-        Ir& ir = compareStrings(e, IrOp::runtimeBranch);
+        Ir& ir = compareStructured(e, IrOp::runtimeBranch);
         if (stackTaken_ == 0) {
             ir.target = whenTrue;
             ir.other = whenFalse;
@@ -392,7 +398,10 @@ void Lowering::condition(const Expr* e, BlockId whenTrue, BlockId whenFalse) {
         condition(e->right, whenTrue, whenFalse);
         return;
     }
-    if (e->kind == ExprKind::binary && isComparison(e->op)) {
+    if (membershipBranch(e, whenTrue, whenFalse)) {
+        return;
+    }
+    if (e->kind == ExprKind::binary && isComparison(e->op) && e->left->type->kind != TypeKind::set) {
         comparisonBranch(e, whenTrue, whenFalse);
         return;
     }

@@ -102,7 +102,7 @@ bool hasCall(const Expr* e) {
     if (e->kind == ExprKind::call) {
         return true;
     }
-    if (e->kind == ExprKind::standardCall) {
+    if (e->kind == ExprKind::standardCall || e->kind == ExprKind::setConstructor) {
         for (const Expr* argument = e->left; argument != nullptr; argument = argument->next) {
             if (hasCall(argument)) {
                 return true;
@@ -119,13 +119,21 @@ bool isPlain(const Expr* e) {
     }
     if (e->checked || (e->type != nullptr && !e->type->isSimple() && e->kind != ExprKind::variable &&
                        e->kind != ExprKind::index && e->kind != ExprKind::field &&
-                       e->kind != ExprKind::dereference && e->kind != ExprKind::string)) {
+                       e->kind != ExprKind::dereference && e->kind != ExprKind::string &&
+                       e->kind != ExprKind::realConstant && e->kind != ExprKind::setConstructor)) {
         return false;
     }
     switch (e->kind) {
     case ExprKind::call:
     case ExprKind::port:
         return false;
+    case ExprKind::setConstructor:
+        for (const Expr* element = e->left; element != nullptr; element = element->next) {
+            if (!isPlain(element)) {
+                return false;
+            }
+        }
+        return true;
     case ExprKind::standardCall:
         switch (static_cast<StandardRoutine>(e->value)) {
         case StandardRoutine::abs:

@@ -54,6 +54,16 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
         return resize(libraryWord(RuntimeEntry::ioResult, {}), Width::word, want);
     case StandardRoutine::keyPressed:
         return resize(libraryByte(RuntimeEntry::keyPressed, {}), Width::byte, want);
+    case StandardRoutine::round:
+    case StandardRoutine::trunc: {
+        const RuntimeEntry entry =
+            routineOf(e) == StandardRoutine::round ? RuntimeEntry::realRound : RuntimeEntry::realTruncate;
+        return resize(libraryWord(entry, {word(z80::Pair::hl, realAddress(first))}), Width::word, want);
+    }
+    case StandardRoutine::memAvail:
+        return resize(libraryWord(RuntimeEntry::memAvail, {}), Width::word, want);
+    case StandardRoutine::maxAvail:
+        return resize(libraryWord(RuntimeEntry::maxAvail, {}), Width::word, want);
     case StandardRoutine::upCase:
         return resize(libraryByte(RuntimeEntry::upCase, {byte(z80::Reg::a, evaluate(first, Width::byte))}),
                       Width::byte, want);
@@ -118,7 +128,7 @@ Operand Lowering::standardString(const Expr* e) {
         const Operand source = stringAddress(first);
         const Operand position = freeze(evaluate(first->next, Width::word), Width::word);
         const Operand count = evaluate(first->next->next, Width::word);
-        const Operand target = stringTemporary(largest);
+        const Operand target = stackTemporary(largest);
         b_.copy(Operand::memory(runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stringCount)]), count,
                 Width::word);
         library(RuntimeEntry::stringSlice,
@@ -127,7 +137,7 @@ Operand Lowering::standardString(const Expr* e) {
     }
     case StandardRoutine::paramStr: {
         const Operand number = evaluate(first, Width::word);
-        const Operand target = stringTemporary(largest);
+        const Operand target = stackTemporary(largest);
         library(RuntimeEntry::paramString, {word(z80::Pair::hl, number), word(z80::Pair::de, target)});
         return target;
     }
@@ -281,6 +291,33 @@ bool Lowering::standardMemory(const Expr* e) {
     }
 }
 
+bool Lowering::standardHeap(const Expr* e) {
+    const Expr* pointer = e->left;
+    switch (routineOf(e)) {
+    case StandardRoutine::newPointer:
+    case StandardRoutine::getMem: {
+        const Operand size = evaluate(pointer->next, Width::word);
+        const Operand address = libraryWord(RuntimeEntry::heapAllocate, {word(z80::Pair::hl, size)});
+        b_.copy(place(pointer), address, Width::word);
+        return true;
+    }
+    case StandardRoutine::disposePointer:
+    case StandardRoutine::freeMem: {
+        auto [address, size] = operands(pointer, pointer->next, Width::word);
+        library(RuntimeEntry::heapFree, {word(z80::Pair::hl, address), word(z80::Pair::de, size)});
+        return true;
+    }
+    case StandardRoutine::mark:
+        b_.copy(place(pointer), libraryWord(RuntimeEntry::heapMark, {}), Width::word);
+        return true;
+    case StandardRoutine::release:
+        library(RuntimeEntry::heapRelease, {word(z80::Pair::hl, evaluate(pointer, Width::word))});
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool Lowering::standardScreen(const Expr* e) {
     switch (routineOf(e)) {
     case StandardRoutine::clrScr:
@@ -316,7 +353,8 @@ bool Lowering::standardScreen(const Expr* e) {
 
 /// A standard procedure, or a function whose result is dropped.
 void Lowering::standardStatement(const Expr* e, std::uint8_t options) {
-    if (standardOutput(e) || standardInput(e, options) || standardMemory(e) || standardScreen(e)) {
+    if (standardOutput(e) || standardInput(e, options) || standardReal(e, options) || standardMemory(e) ||
+        standardHeap(e) || standardScreen(e)) {
         return;
     }
     switch (routineOf(e)) {

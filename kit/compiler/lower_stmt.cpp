@@ -80,6 +80,14 @@ void Lowering::assign(const Stmt* s) {
         assignString(s->target, s->value);
         return;
     }
+    if (type->kind == TypeKind::real) {
+        assignReal(s->target, s->value);
+        return;
+    }
+    if (type->kind == TypeKind::set) {
+        assignSet(s->target, s->value, s->options);
+        return;
+    }
     if (!isScalar(type)) {
         assignStructured(s->target, s->value);
         return;

@@ -58,16 +58,6 @@ Operand Lowering::literal(const char* text, std::uint16_t length, bool lengthByt
     return operand;
 }
 
-/// Room on the stack until the end of the statement; gives its address.
-Operand Lowering::stringTemporary(std::uint16_t size) {
-    const Operand address = Operand::value(b_.temporary(Width::word));
-    Ir& ir = b_.emit(IrOp::stackAllocate);
-    ir.dst = address;
-    ir.n = size;
-    stackTaken_ = static_cast<std::uint16_t>(stackTaken_ + size);
-    return address;
-}
-
 /// The address of a string expression's value.
 Operand Lowering::stringAddress(const Expr* e) {
     if (e->kind == ExprKind::string) {
@@ -75,14 +65,14 @@ Operand Lowering::stringAddress(const Expr* e) {
     }
     if (isCharToString(e)) {
         const Operand character = evaluate(e->left, Width::byte);
-        const Operand address = stringTemporary(2);
+        const Operand address = stackTemporary(2);
         b_.copy(Operand::indirect(address.id, 0), Operand::constant(1), Width::byte);
         b_.copy(Operand::indirect(address.id, 1), character, Width::byte);
         return address;
     }
     if (e->kind == ExprKind::convert && e->left->type != nullptr && e->left->type->kind == TypeKind::array) {
         const Operand source = charsAddress(e->left);
-        const Operand target = stringTemporary(largestString);
+        const Operand target = stackTemporary(largestString);
         library(RuntimeEntry::stringFromChars,
                 {word(z80::Pair::hl, source), word(z80::Pair::bc, Operand::constant(e->left->type->size)),
                  word(z80::Pair::de, target)});
@@ -92,7 +82,7 @@ Operand Lowering::stringAddress(const Expr* e) {
         return stringAddress(e->left);
     }
     if (isConcatenation(e) || isConcat(e)) {
-        const Operand target = stringTemporary(largestString);
+        const Operand target = stackTemporary(largestString);
         b_.copy(Operand::indirect(target.id, 0), Operand::constant(0), Width::byte);
         appendTo(target, e);
         return target;
@@ -175,18 +165,19 @@ void Lowering::assignStructured(const Expr* target, const Expr* value) {
     moveBlock(from, to, target->type->size);
 }
 
-/// Compares two strings; the instruction's result or targets are for the caller to fill in. The library tells
-/// less and equal, so the other two relations compare the other way round.
-Ir& Lowering::compareStrings(const Expr* e, IrOp op) {
-    Operand left = stringAddress(e->left);
-    Operand right = stringAddress(e->right);
+/// Compares two strings or reals; the instruction's result or targets are for the caller to fill in. The
+/// library tells less and equal, so the other two relations compare the other way round.
+Ir& Lowering::compareStructured(const Expr* e, IrOp op) {
+    const bool reals = e->left->type->kind == TypeKind::real;
+    Operand left = reals ? steadyReal(e->left, e->right) : stringAddress(e->left);
+    Operand right = reals ? realAddress(e->right) : stringAddress(e->right);
     Relation relation = relationOf(e->op);
     if (relation == Relation::greater || relation == Relation::lessEqual) {
         std::swap(left, right);
         relation = mirrored(relation);
     }
-    Ir& ir =
-        library(RuntimeEntry::stringCompare, {word(z80::Pair::hl, left), word(z80::Pair::de, right)}, op);
+    Ir& ir = library(reals ? RuntimeEntry::realCompare : RuntimeEntry::stringCompare,
+                     {word(z80::Pair::hl, left), word(z80::Pair::de, right)}, op);
     ir.relation = relation;
     ir.width = Width::byte;
     return ir;
