@@ -45,7 +45,7 @@ template <typename F> void forEachUse(Function& function, Ir& ir, F f) {
 
 /// The program's own code runs here: it may read and change every value that `callsMayUse`.
 inline bool runsForeignCode(IrOp op) {
-    return op == IrOp::call || op == IrOp::inlineCode;
+    return op == IrOp::call || op == IrOp::inlineCode || op == IrOp::externalCall;
 }
 
 } // namespace tp3

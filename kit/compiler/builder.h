@@ -65,7 +65,8 @@ class Builder {
         ir.position = position_;
         function_.blocks[current_].last = static_cast<std::uint32_t>(function_.code.size());
         if (op == IrOp::call || op == IrOp::runtime || op == IrOp::runtimeText || op == IrOp::runtimeBranch ||
-            op == IrOp::runtimeCompare || op == IrOp::inlineCode || op == IrOp::blockMove) {
+            op == IrOp::runtimeCompare || op == IrOp::inlineCode || op == IrOp::blockMove ||
+            op == IrOp::pushString || op == IrOp::externalCall) {
             for (std::uint16_t loop = loop_; loop != 0; loop = function_.loops[loop].parent) {
                 function_.loops[loop].hasCall = true;
             }

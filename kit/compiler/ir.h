@@ -119,6 +119,11 @@ enum class IrOp : std::uint8_t {
     frameLeave,
     stackAllocate, ///< dst := address of n fresh bytes on the stack
     stackFree,     ///< gives n bytes back
+    push,          ///< the word a onto the stack, for an external routine to take off
+    pushString,    ///< the string at address a, length byte and characters, likewise
+    pushResult, ///< word dst := address of the real that an external function left in BC, DE, HL, now on the
+                ///< stack
+    externalCall, ///< code outside the program at address n; word dst := HL
     check, ///< library entry `index` unless constant b <= a <= constant dst (unsigned for bytes, signed for
            ///< words)
     blockMove,  ///< n bytes from the address in HL to the address in DE, both arguments

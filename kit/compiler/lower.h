@@ -87,6 +87,7 @@ class Lowering {
 
     // lower_call.cpp: calls of routines and of the library
     Operand call(const Expr* e, Operand resultAddress);
+    Operand externalCall(const Expr* e, const Routine& callee);
     void passArguments(const Routine& callee, std::vector<Operand>& values, Ir& ir);
     struct LibraryArgument {
         Operand operand;
@@ -136,6 +137,11 @@ class Lowering {
     void assignReal(const Expr* target, const Expr* value);
     bool standardReal(const Expr* e, std::uint8_t options);
 
+    // lower_file.cpp
+    bool standardFile(const Expr* e);
+    void blockTransfer(const Expr* e, RuntimeEntry entry);
+    Operand fileFunction(const Expr* e, Width want);
+
     // lower_set.cpp
     Operand setLiteral(const std::uint8_t* bytes, std::uint16_t count);
     Operand setAddress(const Expr* e);
@@ -169,6 +175,7 @@ class Lowering {
     bool standardScreen(const Expr* e);
     void standardStatement(const Expr* e, std::uint8_t options);
     bool standardHeap(const Expr* e);
+    void checkInputOutput(const Expr* e);
 
     Storage& storage_;
     const Routine& routine_;

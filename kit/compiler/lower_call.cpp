@@ -7,8 +7,7 @@ namespace tp3 {
 Operand Lowering::call(const Expr* e, Operand resultAddress) {
     const Routine& callee = *e->symbol->routine;
     if (callee.isExternal) {
-        cannot(e->position);
-        return Operand::constant(0);
+        return externalCall(e, callee);
     }
     std::vector<Operand> values;
     const bool structured = callee.result != nullptr && !isScalar(callee.result->type);
@@ -83,6 +82,65 @@ Operand Lowering::call(const Expr* e, Operand resultAddress) {
     }
     ir.argumentCount = static_cast<std::uint8_t>(function_.arguments.size() - ir.firstArgument);
     return structured ? resultAddress : result;
+}
+
+/// Calls machine code at a fixed address: arguments from left to right on the stack, taken off by the
+/// routine. Arrays and records go by address, reals, sets and strings as they are; a real comes back in BC,
+/// DE and HL.
+Operand Lowering::externalCall(const Expr* e, const Routine& callee) {
+    constexpr std::uint16_t realSize = 6;
+    std::vector<Operand> values;
+    const Expr* argument = e->left;
+    for (const Symbol* p = callee.parameters; p != nullptr && argument != nullptr;
+         p = p->next, argument = argument->next) {
+        Operand value;
+        if (p->storage == StorageKind::varParameter) {
+            value = addressOfDesignator(argument);
+        } else if (isScalar(p->type)) {
+            value = evaluate(argument, Width::word);
+        } else if (p->type->kind == TypeKind::string) {
+            value = stringAddress(argument);
+        } else if (p->type->kind == TypeKind::real) {
+            value = realAddress(argument);
+        } else if (p->type->kind == TypeKind::set) {
+            value = setAddress(argument);
+        } else {
+            value = addressOfDesignator(argument);
+        }
+        values.push_back(freeze(value, Width::word));
+    }
+    std::size_t index = 0;
+    for (const Symbol* p = callee.parameters; p != nullptr && index < values.size(); p = p->next, ++index) {
+        const TypeKind kind = p->storage == StorageKind::varParameter ? TypeKind::integer : p->type->kind;
+        const Operand value = values[index];
+        if (kind == TypeKind::string) {
+            b_.emit(IrOp::pushString).a = value;
+        } else if (kind == TypeKind::real || kind == TypeKind::set) {
+            const Operand from = value.isValue() ? Operand::indirect(value.id, 0) : memoryAt(value);
+            for (std::int32_t offset = kind == TypeKind::real ? realSize : 32; offset > 0;) {
+                offset -= 2;
+                const Operand part = load(offsetPlace(from, offset), Width::word);
+                b_.emit(IrOp::push).a = part;
+            }
+        } else {
+            b_.emit(IrOp::push).a = value;
+        }
+    }
+    const Type* type = callee.result != nullptr ? callee.result->type : nullptr;
+    if (type != nullptr && !isScalar(type) && type->kind != TypeKind::real) {
+        cannot(e->position);
+    }
+    const Operand result = isScalar(type) ? Operand::value(b_.temporary(Width::word)) : Operand{};
+    Ir& ir = b_.emit(IrOp::externalCall);
+    ir.n = callee.externalAddress;
+    ir.dst = result;
+    if (type != nullptr && type->kind == TypeKind::real) {
+        const Operand address = Operand::value(b_.temporary(Width::word));
+        b_.emit(IrOp::pushResult).dst = address;
+        stackTaken_ = static_cast<std::uint16_t>(stackTaken_ + realSize);
+        return address;
+    }
+    return isScalar(type) ? resize(result, Width::word, widthOfType(type)) : Operand{};
 }
 
 Ir& Lowering::library(RuntimeEntry entry, std::initializer_list<LibraryArgument> arguments, IrOp op) {

@@ -14,6 +14,13 @@ bool isZero(const Expr* e) {
 
 } // namespace
 
+/// The check that {$I+} puts behind what may fail.
+void Lowering::checkInputOutput(const Expr* e) {
+    if (e->checked) {
+        library(RuntimeEntry::ioCheck, {});
+    }
+}
+
 /// A standard function in a scalar expression.
 Operand Lowering::standardCall(const Expr* e, Width want) {
     const Expr* first = e->left;
@@ -46,6 +53,16 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
         const RuntimeEntry entry =
             routineOf(e) == StandardRoutine::bdos ? RuntimeEntry::bdos : RuntimeEntry::bdosHL;
         return resize(libraryWord(entry, {word(z80::Pair::bc, function), word(z80::Pair::de, parameter)}),
+                      Width::word, want);
+    }
+    case StandardRoutine::bios:
+    case StandardRoutine::biosHL: {
+        const Operand function = freeze(evaluate(first, Width::word), Width::word);
+        const Operand parameter =
+            first->next != nullptr ? evaluate(first->next, Width::word) : Operand::constant(0);
+        const RuntimeEntry entry =
+            routineOf(e) == StandardRoutine::bios ? RuntimeEntry::bios : RuntimeEntry::biosHL;
+        return resize(libraryWord(entry, {word(z80::Pair::de, function), word(z80::Pair::bc, parameter)}),
                       Width::word, want);
     }
     case StandardRoutine::paramCount:
@@ -113,9 +130,11 @@ Operand Lowering::standardArithmetic(const Expr* e, Width want) {
         const Operand high = b_.operation(IrOp::highByte, Width::byte, value);
         return resize(b_.operation(IrOp::joinBytes, Width::word, low, high), Width::word, want);
     }
-    default:
-        cannot(e->position);
-        return Operand::constant(0);
+    default: {
+        const Operand result = fileFunction(e, want);
+        checkInputOutput(e);
+        return result;
+    }
     }
 }
 
@@ -341,11 +360,20 @@ bool Lowering::standardScreen(const Expr* e) {
         library(RuntimeEntry::delay, {word(z80::Pair::hl, evaluate(e->left, Width::word))});
         return true;
     case StandardRoutine::lowVideo:
+        library(RuntimeEntry::lowVideo, {});
+        return true;
     case StandardRoutine::normVideo:
+        library(RuntimeEntry::normVideo, {});
+        return true;
     case StandardRoutine::highVideo:
+        library(RuntimeEntry::highVideo, {});
+        return true;
     case StandardRoutine::crtInit:
+        library(RuntimeEntry::crtInit, {});
+        return true;
     case StandardRoutine::crtExit:
-        return true; // MSX text modes have one intensity and need no set-up
+        library(RuntimeEntry::crtExit, {});
+        return true;
     default:
         return false;
     }
@@ -354,7 +382,8 @@ bool Lowering::standardScreen(const Expr* e) {
 /// A standard procedure, or a function whose result is dropped.
 void Lowering::standardStatement(const Expr* e, std::uint8_t options) {
     if (standardOutput(e) || standardInput(e, options) || standardReal(e, options) || standardMemory(e) ||
-        standardHeap(e) || standardScreen(e)) {
+        standardHeap(e) || standardFile(e) || standardScreen(e)) {
+        checkInputOutput(e);
         return;
     }
     switch (routineOf(e)) {

@@ -10,6 +10,9 @@ void Lowering::statements(const Stmt* s) {
 
 void Lowering::statement(const Stmt* s) {
     b_.setPosition(s->position);
+    if ((s->options & optionUserInterrupt) != 0 && s->kind != StmtKind::block && s->kind != StmtKind::label) {
+        library(RuntimeEntry::userBreakPoll, {});
+    }
     switch (s->kind) {
     case StmtKind::empty:
         break;

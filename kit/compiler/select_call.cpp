@@ -19,8 +19,18 @@ z80::Mask targetOf(const Argument& argument) {
 /// Registers that a library entry may change, where that is less than all.
 z80::Mask clobberedBy(const Ir& ir) {
     const bool library = ir.op == IrOp::runtime;
-    return library && static_cast<RuntimeEntry>(ir.index) == RuntimeEntry::upCase ? bit(z80::Reg::a)
-                                                                                  : allRegisters;
+    if (!library) {
+        return allRegisters;
+    }
+    switch (static_cast<RuntimeEntry>(ir.index)) {
+    case RuntimeEntry::upCase:
+        return bit(z80::Reg::a);
+    case RuntimeEntry::ioCheck:
+    case RuntimeEntry::userBreakPoll:
+        return 0;
+    default:
+        return allRegisters;
+    }
 }
 
 } // namespace
@@ -347,53 +357,6 @@ void Selector::portAccess(Ir& ir) {
     fetchReg(ir.a, bit(Reg::c));
     fetchReg(ir.b, bit(Reg::a));
     emit(Op::outC, code(Reg::a));
-}
-
-/// Room on the stack and frames; all of them work through HL.
-void Selector::stackOperation(Ir& ir) {
-    const unsigned n = ir.n;
-    const auto moveStack = [&](unsigned by) {
-        emit(Op::ldPairN, code(Pair::hl), 0, by & 0xFFFFU);
-        emit(Op::addHl, code(Pair::sp));
-        emit(Op::ldSpHl);
-    };
-    makeFree(Pair::hl);
-    switch (ir.op) {
-    case IrOp::stackAllocate:
-        moveStack(0x10000U - n);
-        define(ir.dst, Pair::hl);
-        break;
-    case IrOp::stackFree:
-        moveStack(n);
-        break;
-    case IrOp::stackCheck: {
-        const std::uint16_t enough = newLabel();
-        emit(Op::ldPairMem, code(Pair::hl), 0,
-             runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stackLimit)]);
-        emit(Op::addHl, code(Pair::sp));
-        jump(Condition::c, enough);
-        libraryCall(RuntimeEntry::stackError);
-        label(enough);
-        break;
-    }
-    case IrOp::frameEnter: {
-        const unsigned home = homeOf(ir.dst.id);
-        emit(Op::ldPairMem, code(Pair::hl), 0, home);
-        emit(Op::push, code(Pair::hl));
-        moveStack(0x10000U - n);
-        emit(Op::ldMemPair, code(Pair::hl), 0, home);
-        define(ir.dst, Pair::hl);
-        inHome_[ir.dst.id] = true;
-        break;
-    }
-    case IrOp::frameLeave:
-        moveStack(n);
-        emit(Op::pop, code(Pair::hl));
-        emitTo(Op::ldMemPair, code(Pair::hl), ir.a);
-        break;
-    default:
-        break;
-    }
 }
 
 } // namespace tp3

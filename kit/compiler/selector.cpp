@@ -140,6 +140,12 @@ void Selector::instruction(Ir& ir) {
     case IrOp::frameLeave:
         stackOperation(ir);
         break;
+    case IrOp::push:
+    case IrOp::pushString:
+    case IrOp::pushResult:
+    case IrOp::externalCall:
+        externalOperation(ir);
+        break;
     case IrOp::portIn:
     case IrOp::portOut:
         portAccess(ir);

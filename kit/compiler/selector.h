@@ -185,6 +185,7 @@ class Selector {
     void leave(Ir& ir);
     void portAccess(Ir& ir);
     void stackOperation(Ir& ir);
+    void externalOperation(Ir& ir);
 
     Function& function_;
     const Liveness& liveness_;
