@@ -189,7 +189,13 @@ void tidyBlocks(Function& function) {
         work.pop_back();
         if (last.op == IrOp::jump || isBranch(last.op)) {
             last.target = threaded(last.target);
-            block.successors[0] = last.target;
+            const Block& target = function.blocks[last.target];
+            if (last.op == IrOp::jump && target.last - target.first == 1 &&
+                terminator(last.target).op == IrOp::leave) {
+                last = terminator(last.target); // a return is no longer than a jump to one
+            } else {
+                block.successors[0] = last.target;
+            }
         }
         if (isBranch(last.op)) {
             last.other = threaded(last.other);
@@ -207,6 +213,68 @@ void tidyBlocks(Function& function) {
         }
     }
     std::erase_if(function.layout, [&](BlockId id) { return !reached[id]; });
+}
+
+void sinkStackCheck(Function& function) {
+    const Block& entry = function.blocks[function.layout.front()];
+    Ir* check = nullptr;
+    for (std::uint32_t i = entry.first; i < entry.last; ++i) {
+        Ir& ir = function.code[i];
+        if (ir.op == IrOp::frameEnter && !ir.dead) {
+            return; // a frame takes room at once
+        }
+        if (ir.op == IrOp::stackCheck) {
+            check = &ir;
+        }
+    }
+    if (check == nullptr) {
+        return;
+    }
+    std::vector<bool> callsOn(function.blocks.size()); // it or a block behind it makes such a call
+    for (bool changed = true; changed;) {
+        changed = false;
+        for (std::size_t i = function.layout.size(); i-- > 0;) {
+            const BlockId id = function.layout[i];
+            const Block& block = function.blocks[id];
+            bool calls = false;
+            for (std::uint32_t at = block.first; at < block.last; ++at) {
+                calls = calls || (function.code[at].op == IrOp::call && function.code[at].reenters);
+            }
+            for (const BlockId successor : block.successors) {
+                calls = calls || (successor != noBlock && callsOn[successor]);
+            }
+            changed = changed || (calls && !callsOn[id]);
+            callsOn[id] = callsOn[id] || calls;
+        }
+    }
+    BlockId place = function.layout.front();
+    while (true) {
+        const Block& block = function.blocks[place];
+        for (std::uint32_t at = block.first; at < block.last; ++at) {
+            if (function.code[at].op == IrOp::call && function.code[at].reenters) {
+                function.blocks[place].checksStack = place != function.layout.front();
+                check->dead = place != function.layout.front();
+                return;
+            }
+        }
+        BlockId next = noBlock;
+        for (const BlockId successor : block.successors) {
+            if (successor == noBlock || !callsOn[successor]) {
+                continue;
+            }
+            if (next != noBlock || function.blocks[successor].predecessors != 1) {
+                next = place; // two ways, or one that others come upon
+                break;
+            }
+            next = successor;
+        }
+        if (next == place || next == noBlock) {
+            function.blocks[place].checksStack = place != function.layout.front();
+            check->dead = place != function.layout.front() || next == noBlock;
+            return;
+        }
+        place = next;
+    }
 }
 
 Liveness analyseLiveness(Function& function) {

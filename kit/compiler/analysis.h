@@ -22,6 +22,9 @@ struct Liveness {
 void coalesceCopies(Function& function);
 /// Drops blocks that nothing reaches, leads jumps past empty blocks, fills in successors and predecessors.
 void tidyBlocks(Function& function);
+/// Moves the look at the stack of a recursive routine from its beginning to where all ways that call on part
+/// from those that do not: the innermost calls, which are the most, then go without.
+void sinkStackCheck(Function& function);
 /// Marks last uses and unused results, and counts how much each value is used.
 Liveness analyseLiveness(Function& function);
 /// Chooses the values that keep registers throughout the innermost loops.

@@ -44,6 +44,7 @@ class CodeConsumer : public BodyConsumer {
         }
         coalesceCopies(function);
         tidyBlocks(function);
+        sinkStackCheck(function);
         const Liveness liveness = analyseLiveness(function);
         pinLoopValues(function, liveness);
         Selector::Result selected = Selector(function, liveness, storage_).run();

@@ -193,6 +193,7 @@ struct Block {
     std::uint16_t predecessors = 0;
     std::uint16_t loop = 0;
     bool started = false;
+    bool checksStack = false; ///< begins with the look whether stack and heap meet
 };
 
 /// The code of one routine between the tree and the machine.

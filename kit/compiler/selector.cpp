@@ -11,6 +11,10 @@ Selector::Selector(Function& function, const Liveness& liveness, Storage& storag
     : function_(function), liveness_(liveness), storage_(storage), inHome_(function.values.size()),
       live_(function.values.size()), needed_(function.values.size()), entryState_(function.blocks.size()),
       hasEntryState_(function.blocks.size()) {
+    layoutPosition_.resize(function.blocks.size());
+    for (std::size_t i = 0; i < function.layout.size(); ++i) {
+        layoutPosition_[function.layout[i]] = i;
+    }
     literalBase_ = static_cast<std::uint16_t>(function.blocks.size());
     nextLabel_ = static_cast<std::uint16_t>(literalBase_ + function.literals.size());
 }
@@ -41,6 +45,12 @@ void Selector::block(std::size_t layoutIndex) {
     startState(current_);
     label(current_);
     const Block& b = function_.blocks[current_];
+    if (b.checksStack) {
+        Ir check;
+        check.op = IrOp::stackCheck;
+        check.position = function_.code[b.first].position;
+        instruction(check);
+    }
     for (std::uint32_t i = b.first; i < b.last; ++i) {
         if (!function_.code[i].dead) {
             instruction(function_.code[i]);
@@ -50,14 +60,15 @@ void Selector::block(std::size_t layoutIndex) {
 
 /// Homes hold everything that is live, but for the values that the block's loop keeps in registers.
 void Selector::startState(BlockId id) {
-    registers_ = hasEntryState_[id] ? entryState_[id] : Registers{};
+    const bool continued = hasEntryState_[id];
+    registers_ = continued ? entryState_[id].registers : Registers{};
     pinned_ = 0;
     locked_ = 0;
     live_.assign(live_.size(), false);
     inHome_.assign(inHome_.size(), false);
     for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
         live_[liveness_.crossing[i]] = Liveness::has(liveness_.in[id], i);
-        inHome_[liveness_.crossing[i]] = true;
+        inHome_[liveness_.crossing[i]] = !continued || entryState_[id].inHome[liveness_.crossing[i]];
     }
     for (unsigned i = 0; i < 8; ++i) {
         if (registers_.content[i].part != Part::none && !live_[registers_.content[i].value]) {
@@ -180,12 +191,22 @@ bool Selector::samePins(BlockId target) const {
     return here == there || (function_.loops[here].pins.empty() && function_.loops[there].pins.empty());
 }
 
-/// Stores every value that later blocks want and that only registers hold, but for those that stay in
+/// The block goes on with the registers as this one leaves them: no other leads to it, and its code comes
+/// later.
+bool Selector::takesState(BlockId target) const {
+    return function_.blocks[target].predecessors == 1 && layoutPosition_[target] > layoutIndex_ &&
+           samePins(target);
+}
+
+/// Stores every value that the target wants and that only registers hold, but for those that stay in
 /// registers.
-void Selector::syncLiveOut() {
+void Selector::syncFor(BlockId target) {
+    if (takesState(target)) {
+        return;
+    }
     for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
         const ValueId id = liveness_.crossing[i];
-        if (Liveness::has(liveness_.out[current_], i) && pinOf(id) == 0 && inRegister(id)) {
+        if (Liveness::has(liveness_.in[target], i) && pinOf(id) == 0 && inRegister(id)) {
             storeHome(id);
         }
     }
@@ -194,7 +215,7 @@ void Selector::syncLiveOut() {
 /// Brings everything to where the target block expects it.
 void Selector::settleFor(BlockId target) {
     if (samePins(target)) {
-        syncLiveOut();
+        syncFor(target);
         keepStateFor(target);
         return;
     }
@@ -241,10 +262,9 @@ void Selector::settleFor(BlockId target) {
     }
 }
 
-/// A block with this one as its only predecessor may go on with the registers as they are.
 void Selector::keepStateFor(BlockId target) {
-    if (function_.blocks[target].predecessors == 1) {
-        entryState_[target] = registers_;
+    if (takesState(target)) {
+        entryState_[target] = {registers_, inHome_};
         hasEntryState_[target] = true;
     }
 }
@@ -266,7 +286,8 @@ void Selector::emitJumps(Condition condition, BlockId target, BlockId other) {
 }
 
 void Selector::branch(Ir& ir) {
-    syncLiveOut();
+    syncFor(ir.target);
+    syncFor(ir.other);
     Flags flags;
     if (ir.op == IrOp::runtimeBranch) {
         call(ir);
@@ -300,6 +321,7 @@ void Selector::branch(Ir& ir) {
         const BlockId direct = targetSame ? ir.target : ir.other;
         const BlockId settled = targetSame ? ir.other : ir.target;
         jump(targetSame ? flags.condition : z80::inverse(flags.condition), direct);
+        keepStateFor(direct);
         settleFor(settled);
         jumpTo(settled, nextBlock());
         return;

@@ -43,6 +43,11 @@ class Selector {
     struct Registers {
         Content content[8];
     };
+    /// How a block begins that goes on where its only predecessor ended.
+    struct State {
+        Registers registers;
+        std::vector<bool> inHome;
+    };
     /// What an operation on words or bytes left in the flags.
     struct Flags {
         Condition condition = Condition::always;
@@ -58,7 +63,8 @@ class Selector {
     void jumpTo(BlockId target, BlockId next);
     void emitJumps(Condition condition, BlockId target, BlockId other);
     void settleFor(BlockId target);
-    void syncLiveOut();
+    void syncFor(BlockId target);
+    [[nodiscard]] bool takesState(BlockId target) const;
     bool samePins(BlockId target) const;
     void keepStateFor(BlockId target);
     [[nodiscard]] BlockId nextBlock() const;
@@ -194,8 +200,9 @@ class Selector {
     Registers registers_;
     std::vector<bool> inHome_; ///< the home holds the value
     std::vector<bool> live_;
-    std::vector<std::uint8_t> needed_;  ///< operands of the current instruction that are still to be fetched
-    std::vector<Registers> entryState_; ///< by block, for those with one predecessor
+    std::vector<std::uint8_t> needed_; ///< operands of the current instruction that are still to be fetched
+    std::vector<State> entryState_;    ///< by block, for those that take it
+    std::vector<std::size_t> layoutPosition_; ///< by block
     std::vector<bool> hasEntryState_;
     std::vector<Saved> borrowed_;
     Mask pinned_ = 0;
