@@ -103,10 +103,17 @@ void sizeLine(std::string& out, std::string_view name, std::uint32_t from, std::
     out += ")\n";
 }
 
-void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& options) {
+/// The header's flags for the library, from the directives in force where the main program begins.
+std::uint8_t headerFlags(std::uint8_t options) {
+    const unsigned flags = ((options & optionControlC) != 0 ? 1U : 0U) |
+                           ((options & optionBufferedConsole) != 0 ? 2U : 0U) |
+                           ((options & optionUserInterrupt) != 0 ? 4U : 0U);
+    return static_cast<std::uint8_t>(flags);
+}
+
+void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& options, std::uint8_t flags) {
     result.dataBottom = code.storage().bottom();
-    constexpr std::uint8_t defaultFlags = 0x03; // ^C is heeded, input is CON:
-    if (code.storage().exhausted() || !code.image().finish(result.dataBottom, options.end, defaultFlags)) {
+    if (code.storage().exhausted() || !code.image().finish(result.dataBottom, options.end, flags)) {
         result.diagnostic.error = Error::outOfMemory;
         result.diagnostic.position.line = 1;
         result.diagnostic.position.column = 1;
@@ -153,7 +160,7 @@ CompileResult compile(Host& host, const CompileOptions& options) {
         result.diagnostic = parser.diagnostic();
         return result;
     }
-    finish(result, consumer, options);
+    finish(result, consumer, options, headerFlags(parser.programOptions()));
     return result;
 }
 
