@@ -1,25 +1,11 @@
 ; Entries that this library does not have yet: a program that calls one of them stops with a message.
 
-@realAdd:
-@realSubtract:
-@realMultiply:
-@realDivide:
-@realCompare:
-@realFromInteger:
-@realTruncate:
-@realRound:
-@realNegate:
-@realAbs:
-@realSqr:
 @realSqrt:
 @realSin:
 @realCos:
 @realArcTan:
 @realLn:
 @realExp:
-@realInt:
-@realFrac:
-@realRandom:
 @writeReal:
 @writeRealFixed:
 @readReal:

@@ -53,6 +53,8 @@ delete          equ 7Fh
         include integer_text.asm
         include random.asm
         include string.asm
+        include real.asm
+        include real_convert.asm
         include set.asm
         include heap.asm
         include memory.asm

@@ -41,5 +41,9 @@ parseSign:              defs 1  ; not 0: a minus sign was read
 parameterNumber:        defs 1
 clearedVariablesEnd:
 
+realStack:              defs 2  ; stack pointer in the entry that works on reals, for an error's address
+realSign:               defs 1  ; bit 7: the result's sign
+realQuotient:           defs 5
+realTemporary:          defs 6
 numberText:             defs 6  ; an integer's sign and digits
 scratchString:          defs 256 ; for one entry's own use
