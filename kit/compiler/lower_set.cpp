@@ -54,7 +54,8 @@ bool constantSet(const Expr* e, SetBits& bits) {
 
 bool contains(const SetBits& bits, std::int32_t element) {
     return element >= 0 && element <= 255 &&
-           (bits[static_cast<std::size_t>(element) / 8] >> (static_cast<unsigned>(element) % 8) & 1U) != 0;
+           (unsigned{bits[static_cast<std::size_t>(element) / 8]} >> (static_cast<unsigned>(element) % 8) &
+            1U) != 0;
 }
 
 struct Interval {
