@@ -42,7 +42,7 @@ const std::vector<CommandRow>& rows() {
         {"mnuCompileCHN", mnuCompileCHN, "Compile to CHN", command, 1, project, {VK_F7, false, "F7"}, &Form1::compileChnCommand},
         {"mnuCompileRun", mnuCompileRun, "Compile and Run", command, 1, project, {VK_F5, false, "F5"}, &Form1::compileRunCommand},
         separatorRow("mnuseparator2", mnuseparator2),
-        {"mnuPrint", mnuPrint, "Print", command, 1, project},
+        {"mnuPrint", mnuPrint, "Print", command, 1, project, {}, &Form1::printCommand},
         separatorRow("mnuseparator3", mnuseparator3),
         {"mnurecent(0)", mnurecent_0, "Recent opened files", command, 1, always, {}, &Form1::openRecentCommand<0>},
         {"mnurecent(1)", mnurecent_1, "Recent opened files", command, 1, always, {}, &Form1::openRecentCommand<1>},
@@ -78,6 +78,10 @@ const std::vector<CommandRow>& rows() {
         {"mnuRefHelp", mnuRefHelp, "Pascal Reference", command, 1, always, {VK_F1, false, "F1"}, &Form1::pascalReferenceCommand},
         separatorRow("mnseparator0", mnseparator0),
         {"mnuAbout", mnuAbout, "About", command, 1, always, {}, &Form1::aboutCommand},
+        {"keyFind", keyFind, "Find", key, 0, always, {'F', true, "Ctrl+F"}, &Form1::findCommand},
+        {"keyFindNext", keyFindNext, "Find Next", key, 0, always, {VK_F3, false, "F3"}, &Form1::findNextCommand},
+        {"keyReplace", keyReplace, "Replace", key, 0, always, {'H', true, "Ctrl+H"}, &Form1::replaceCommand},
+        {"keyGoToLine", keyGoToLine, "Go to line", key, 0, always, {'G', true, "Ctrl+G"}, &Form1::goToLineCommand},
     };
     return table;
 }
@@ -129,6 +133,8 @@ const CommandRow* findCommand(const char* name) {
 HMENU makeMenuBar() {
     std::vector<HMENU> menus = {CreateMenu()}; // the menu that rows of each depth go into
     for (const CommandRow& row : rows()) {
+        if (row.kind == key)
+            continue;
         menus.resize(static_cast<std::size_t>(row.depth) + 1);
         HMENU const subMenu = row.kind == menu ? CreatePopupMenu() : nullptr;
         appendRow(menus.back(), row, subMenu);

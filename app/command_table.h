@@ -9,7 +9,12 @@ namespace tavrel {
 
 class Form1;
 
-enum class RowKind { menu, command, separator };
+enum class RowKind {
+    menu,
+    command,
+    separator,
+    key, ///< a command of its shortcut alone, in no menu
+};
 
 /// When a command can be chosen. A command without a handler never can.
 enum class When {

@@ -20,10 +20,12 @@ namespace {
 constexpr const char* className = "TavrelForm1";
 constexpr UINT timerPeriod = 100;  // milliseconds
 constexpr double treeWidth = 2400; // twips
+constexpr double firstWidth = 13800;
+constexpr double firstHeight = 9900;
 } // namespace
 
 Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
-    : scale_(screenScale()), processes_(seams.processes), shell_(seams.shell) {
+    : scale_(screenScale()), processes_(seams.processes), shell_(seams.shell), printer_(seams.printer) {
     makeWindows();
     workspace_ = std::unique_ptr<Workspace>(
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
@@ -49,6 +51,7 @@ Form1::~Form1() {
     }
     DestroyAcceleratorTable(accelerators_);
     DeleteObject(pictureBrush_);
+    DeleteObject(font_);
 }
 
 void Form1::makeWindows() {
@@ -61,10 +64,8 @@ void Form1::makeWindows() {
     windowClass.hIcon = LoadIconA(instance, std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}));
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     RegisterClassA(&windowClass);
-    const int width = scale_.toPixelsX(13800);
-    const int height = scale_.toPixelsY(9900);
     CreateWindowExA(0, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                    CW_USEDEFAULT, width, height, nullptr, makeMenuBar(), instance, this);
+                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, makeMenuBar(), instance, this);
     if (window_ == nullptr)
         throw std::runtime_error("The main window cannot be made.");
     // The class has the large icon only; Windows would shrink it for the title bar instead of taking the
@@ -79,6 +80,11 @@ void Form1::makeWindows() {
     TV_ = std::make_unique<TreeView>(window_, Form1_TV);
     Code1_ = std::make_unique<CodeEditor>(window_, Form1_Code1);
     makeStatusBar();
+    scale_ = windowScale(window_); // only now is it known which screen the window comes up on
+    SetWindowPos(window_, nullptr, 0, 0, scale_.toPixelsX(firstWidth), scale_.toPixelsY(firstHeight),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    applyScale();
+    DragAcceptFiles(window_, TRUE);
     accelerators_ = makeAccelerators();
 }
 
@@ -86,7 +92,24 @@ void Form1::makeStatusBar() {
     StatusBar1_ =
         CreateWindowExA(0, STATUSCLASSNAMEA, "", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, window_,
                         std::bit_cast<HMENU>(INT_PTR{Form1_StatusBar1}), GetModuleHandleA(nullptr), nullptr);
+}
+
+void Form1::applyScale() {
+    HFONT const former = font_;
+    font_ = messageFont(scale_);
+    for (HWND const control : {TV_->window(), StatusBar1_})
+        SendMessageA(control, WM_SETFONT, std::bit_cast<WPARAM>(font_), TRUE);
+    DeleteObject(former);
     layStatusBar();
+}
+
+void Form1::rescaled(int pixelsPerInch, const RECT& place) {
+    scale_ = {pixelsPerInch, pixelsPerInch};
+    applyScale();
+    // The size comes from Windows and leads to WM_SIZE, unless it happens to be the one that the window has.
+    SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    resized();
 }
 
 void Form1::layStatusBar() {
@@ -267,6 +290,13 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
     case WM_SIZE:
         if (loaded_ && first != SIZE_MINIMIZED)
             guarded([this] { resized(); });
+        return 0;
+    case WM_DPICHANGED:
+        if (loaded_)
+            rescaled(LOWORD(first), *std::bit_cast<const RECT*>(second));
+        return 0;
+    case WM_DROPFILES:
+        guarded([&] { filesDropped(std::bit_cast<HDROP>(first)); });
         return 0;
     case WM_TIMER:
         guarded([this] { timerTick(); });

@@ -21,6 +21,8 @@
 #include <vector>
 #include <windows.h>
 
+#include <shellapi.h>
+
 namespace tavrel {
 
 /// What the main window reaches the world outside through; a test answers in its place.
@@ -30,6 +32,7 @@ struct Form1Seams {
     ClassesRegistry& registry;
     ProcessRunner& processes;
     Shell& shell;
+    PrintDevice& printer;
 };
 
 class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEvents {
@@ -99,6 +102,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void calculatorCommand();
     void pascalReferenceCommand();
     void aboutCommand();
+    void printCommand();
+    void goToLineCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -128,6 +133,9 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void timerTick();
     void followEditor();
     void popUpMenu(UINT identifier);
+    void filesDropped(HDROP drop);
+    void rescaled(int pixelsPerInch, const RECT& place);
+    void applyScale();
     void handleCommandLine(const std::string& argument);
 
     HWND window_ = nullptr;
@@ -136,6 +144,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     HBRUSH pictureBrush_ = nullptr;
     HACCEL accelerators_ = nullptr;
     ScreenScale scale_;
+    HFONT font_ = nullptr; ///< of tree and status bar
     FormLayout layout_;
     bool SplitActive_ = false;
     bool waitPointer_ = false;
@@ -149,6 +158,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     std::unique_ptr<Form6> form6_;
     ProcessRunner& processes_;
     Shell& shell_;
+    PrintDevice& printer_;
 };
 
 } // namespace tavrel

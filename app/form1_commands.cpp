@@ -4,6 +4,7 @@
 #include "app/command_table.h"
 #include "app/form1.h"
 #include "app/form4.h"
+#include "app/go_to_line.h"
 #include "build/disk_launch.h"
 #include "build/form3.h"
 #include "project/form5.h"
@@ -86,7 +87,9 @@ void Form1::popUpMenu(UINT identifier) {
 
 void Form1::runCommand(UINT identifier) {
     const CommandRow* const row = tavrel::findCommand(identifier);
-    if (row == nullptr || row->handler == nullptr || !commandEnabled(identifier))
+    if (row == nullptr || row->handler == nullptr)
+        return;
+    if (row->kind == RowKind::command && !commandEnabled(identifier))
         return;
     guarded([&] { (this->*row->handler)(); });
 }
@@ -208,6 +211,43 @@ void Form1::findNextCommand() {
 
 void Form1::replaceCommand() {
     findDialogs_->showReplace();
+}
+
+void Form1::printCommand() {
+    setWaitPointer(true);
+    PrintStart start = PrintStart::cancelled;
+    try {
+        start = Code1_->print(printer_, workspace_->tree.selectedText());
+    } catch (...) {
+        setWaitPointer(false);
+        throw;
+    }
+    setWaitPointer(false);
+    if (start == PrintStart::noPrinter)
+        workspace_->messages.show(
+            "There is no printer to print on. Add one in the settings of Windows and make "
+            "it the default printer.",
+            "Tavrel", Icon::information, Buttons::ok);
+}
+
+void Form1::goToLineCommand() {
+    const long current = Code1_->caret().line + 1;
+    if (const auto line = askForLine(window_, current, Code1_->lineCount()))
+        Code1_->setCaret({*line - 1, 0});
+    Code1_->giveFocus();
+}
+
+void Form1::filesDropped(HDROP drop) {
+    std::string path(DragQueryFileA(drop, 0, nullptr, 0) + 1U, '\0');
+    path.resize(DragQueryFileA(drop, 0, path.data(), static_cast<UINT>(path.size())));
+    DragFinish(drop);
+    const std::string ending = lowerCase(lastCharacters(path, 4));
+    if (ending == ".tpj")
+        openProjectNamed(*workspace_, path);
+    else if (ending == ".pas")
+        openPascalFileNamed(*workspace_, path);
+    else
+        setPanel(StatusPanel::message, "Only .tpj and .pas files can be dropped here");
 }
 
 void Form1::aboutCommand() {

@@ -1,6 +1,7 @@
 // Tavrel.exe.
 #include "app/command_line.h"
 #include "app/form1.h"
+#include "editor/windows_printer.h"
 #include "settings/windows_registry.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
@@ -25,7 +26,8 @@ int runProgram(tavrel::WindowsMessageBoxes& messages) {
     tavrel::WindowsClassesRegistry registry;
     tavrel::WindowsProcessRunner processes;
     tavrel::WindowsShell shell;
-    tavrel::Form1 form({messages, dialogs, registry, processes, shell}, programFolder());
+    tavrel::WindowsPrinter printer;
+    tavrel::Form1 form({messages, dialogs, registry, processes, shell, printer}, programFolder());
     messages.setOwner(form.window());
     dialogs.setOwner(form.window());
     form.load(tavrel::argumentText(GetCommandLineA()));

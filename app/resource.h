@@ -59,6 +59,12 @@
 #define mnseparator0 1054
 #define mnuAbout 1055
 
+// Keys of the main window that are in no menu.
+#define keyFind 1101
+#define keyFindNext 1102
+#define keyReplace 1103
+#define keyGoToLine 1104
+
 // The main window.
 #define Tavrel_Icon 100
 #define Template_Icon 101
@@ -114,6 +120,11 @@
 #define Form5_Check1 1602
 #define Form5_Command1 1603
 #define Form5_Command2 1604
+
+// The Go to line dialog.
+#define GoToLine_Dialog 550
+#define GoToLine_Label 1651
+#define GoToLine_Number 1652
 
 // The About dialog.
 #define Form6_Dialog 600

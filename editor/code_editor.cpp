@@ -162,7 +162,7 @@ void CodeEditor::paste() {
 }
 
 void CodeEditor::deleteSelection() {
-    active().call(SCI_CLEAR);
+    active().call(SCI_REPLACESEL, 0, "");
 }
 
 void CodeEditor::giveFocus() {
@@ -182,6 +182,7 @@ void CodeEditor::setFont(const std::string& face, int size) {
         if (view != nullptr)
             applyPascalStyle(*view, face_, size_, characterSet_);
     }
+    layNumberMargin();
 }
 
 void CodeEditor::releaseKey(int key, int modifiers) {

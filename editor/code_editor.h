@@ -2,10 +2,13 @@
 #pragma once
 
 #include "editor/editor_events.h"
+#include "editor/print_device.h"
 #include "editor/scintilla_view.h"
 #include "editor/source_editor.h"
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <windows.h>
 
 namespace tavrel {
@@ -66,6 +69,10 @@ class CodeEditor : public SourceEditor {
     /// Replaces every hit of the text as one step of undo and gives back their number.
     long replaceAll(const FindRequest& request, const std::string& replacement);
 
+    /// Prints the text with a header on each page: `title` and the page's number. Throws std::runtime_error
+    /// when the printer fails on the way.
+    PrintStart print(PrintDevice& device, const std::string& title) const;
+
     /// Reports keys and mouse buttons to `events`, which must outlive the editor.
     void setEvents(EditorEvents* events) { events_ = events; }
 
@@ -92,6 +99,10 @@ class CodeEditor : public SourceEditor {
     ScintillaView& active() const;
     void setUp(const ScintillaView& view) const;
     void listenTo(const ScintillaView& view);
+    void handleNotification(const SCNotification& notification);
+    std::size_t digitsOfLineCount() const;
+    void layNumberMargin();
+    void zoomAs(const ScintillaView& view);
     LRESULT handlePane(HWND pane, UINT message, WPARAM first, LPARAM second);
     static LRESULT CALLBACK paneProcedure(HWND pane, UINT message, WPARAM first, LPARAM second,
                                           UINT_PTR identifier, DWORD_PTR editor);
@@ -107,6 +118,7 @@ class CodeEditor : public SourceEditor {
     int splitterPosition_ = 0;
     int activePane_ = 0;
     bool forcedModified_ = false;
+    std::size_t shownDigits_ = 0;
     std::string face_ = "Courier New";
     int size_ = 10;
     int characterSet_ = 0;

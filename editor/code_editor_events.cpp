@@ -45,6 +45,8 @@ LRESULT CodeEditor::handlePane(HWND pane, UINT message, WPARAM first, LPARAM sec
                                  shiftStateNow(), GET_X_LPARAM(second), GET_Y_LPARAM(second));
         return result;
     }
+    case WM_DROPFILES:
+        return SendMessageA(GetAncestor(window_, GA_ROOT), message, first, second);
     default:
         break;
     }

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <bit>
 #include <stdexcept>
+
+#include <ole2.h>
+#include <shellapi.h>
 #include <windowsx.h>
 
 namespace tavrel {
@@ -12,6 +15,7 @@ namespace {
 constexpr const char* className = "TavrelCodeEditor";
 constexpr int splitterHeight = 6; // pixels
 constexpr int smallestPane = 20;
+constexpr COLORREF errorBackground = RGB(255, 210, 205);
 } // namespace
 
 CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
@@ -30,6 +34,7 @@ CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
     upper_ = std::make_unique<ScintillaView>(window_);
     setUp(*upper_);
     listenTo(*upper_);
+    layNumberMargin();
 }
 
 CodeEditor::~CodeEditor() {
@@ -53,7 +58,12 @@ void CodeEditor::setUp(const ScintillaView& view) const {
     view.call(SCI_SETCARETPERIOD, 500);
     view.call(SCI_USEPOPUP, SC_POPUP_NEVER);
     view.call(SCI_MARKERDEFINE, 0, sptr_t{SC_MARK_BACKGROUND});
-    view.call(SCI_MARKERSETBACK, 0, static_cast<sptr_t>(RGB(255, 200, 190)));
+    // Over the colour of the current line, which the line with the error usually is.
+    view.call(SCI_MARKERSETALPHA, 0, sptr_t{SC_ALPHA_OPAQUE});
+    view.call(SCI_MARKERSETBACK, 0, static_cast<sptr_t>(errorBackground));
+    view.call(SCI_MARKERSETLAYER, 0, sptr_t{SC_LAYER_UNDER_TEXT});
+    view.call(SCI_SETCARETLINEVISIBLE, 1);
+    view.call(SCI_SETCARETLINEVISIBLEALWAYS, 1);
     view.call(SCI_SETMARGINTYPEN, 0, sptr_t{SC_MARGIN_NUMBER});
     // Keys without a command would put control characters into the text. Ctrl+Z has none here: the main
     // window undoes, under a rule of its own.
@@ -66,6 +76,9 @@ void CodeEditor::setUp(const ScintillaView& view) const {
     }
     view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(SCK_RETURN | (SCMOD_CTRL << 16)), sptr_t{SCI_NEWLINE});
     applyPascalStyle(view, face_, size_, characterSet_);
+    // The pane must not refuse files that are dropped on it; they are the main window's to open.
+    RevokeDragDrop(view.window());
+    DragAcceptFiles(view.window(), TRUE);
 }
 
 void CodeEditor::setSplit(bool split) {
@@ -76,6 +89,7 @@ void CodeEditor::setSplit(bool split) {
         setUp(*lower_);
         listenTo(*lower_);
         lower_->call(SCI_SETDOCPOINTER, 0, upper_->call(SCI_GETDOCPOINTER));
+        zoomAs(*upper_);
     } else {
         const bool focused = lower_->hasFocus();
         activePane_ = 0;
@@ -137,6 +151,10 @@ LRESULT CodeEditor::handle(UINT message, WPARAM first, LPARAM second) {
         return 0;
     case WM_LBUTTONUP:
         ReleaseCapture();
+        return 0;
+    case WM_NOTIFY:
+        if (upper_)
+            handleNotification(*std::bit_cast<const SCNotification*>(second));
         return 0;
     case WM_COMMAND:
         if (HIWORD(first) == SCEN_SETFOCUS)

@@ -19,13 +19,18 @@ struct Style {
 };
 
 constexpr std::array styles = {
-    Style{SCE_PAS_COMMENT, RGB(0, 116, 32), false},       Style{SCE_PAS_COMMENT2, RGB(0, 116, 32), false},
-    Style{SCE_PAS_COMMENTLINE, RGB(0, 116, 32), false},   Style{SCE_PAS_PREPROCESSOR, RGB(128, 64, 0), false},
-    Style{SCE_PAS_PREPROCESSOR2, RGB(128, 64, 0), false}, Style{SCE_PAS_NUMBER, RGB(0, 110, 130), false},
-    Style{SCE_PAS_HEXNUMBER, RGB(0, 110, 130), false},    Style{SCE_PAS_WORD, RGB(0, 0, 160), true},
+    Style{SCE_PAS_COMMENT, RGB(0, 104, 28), false},       Style{SCE_PAS_COMMENT2, RGB(0, 104, 28), false},
+    Style{SCE_PAS_COMMENTLINE, RGB(0, 104, 28), false},   Style{SCE_PAS_PREPROCESSOR, RGB(128, 64, 0), false},
+    Style{SCE_PAS_PREPROCESSOR2, RGB(128, 64, 0), false}, Style{SCE_PAS_NUMBER, RGB(0, 98, 118), false},
+    Style{SCE_PAS_HEXNUMBER, RGB(0, 98, 118), false},     Style{SCE_PAS_WORD, RGB(0, 0, 160), true},
     Style{SCE_PAS_STRING, RGB(163, 21, 21), false},       Style{SCE_PAS_STRINGEOL, RGB(163, 21, 21), false},
     Style{SCE_PAS_CHARACTER, RGB(163, 21, 21), false},    Style{SCE_PAS_ASM, RGB(110, 0, 110), false},
 };
+
+/// A colour as Scintilla's elements have it: with its opacity in the highest byte.
+constexpr sptr_t opaque(COLORREF colour) {
+    return static_cast<sptr_t>(colour | 0xFF000000U);
+}
 
 /// Reserved words of Turbo Pascal 3.
 constexpr const char* reservedWords = "absolute and array begin case const div do downto else end external "
@@ -48,7 +53,11 @@ void applyPascalStyle(const ScintillaView& view, const std::string& face, int si
     }
     view.call(SCI_STYLESETFORE, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(110, 110, 110)));
     view.call(SCI_STYLESETBACK, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(243, 243, 243)));
-    view.call(SCI_SETMARGINWIDTHN, 0, view.call(SCI_TEXTWIDTH, STYLE_LINENUMBER, "_9999"));
+    view.call(SCI_STYLESETFORE, STYLE_BRACELIGHT, static_cast<sptr_t>(RGB(0, 0, 160)));
+    view.call(SCI_STYLESETBACK, STYLE_BRACELIGHT, static_cast<sptr_t>(RGB(190, 220, 255)));
+    view.call(SCI_STYLESETFORE, STYLE_BRACEBAD, static_cast<sptr_t>(RGB(190, 0, 0)));
+    view.call(SCI_STYLESETBACK, STYLE_BRACEBAD, static_cast<sptr_t>(RGB(255, 220, 220)));
+    view.call(SCI_SETELEMENTCOLOUR, SC_ELEMENT_CARET_LINE_BACK, opaque(RGB(242, 246, 255)));
     view.call(SCI_SETMARGINWIDTHN, 1, sptr_t{0});
     view.call(SCI_SETMARGINLEFT, 0, sptr_t{4});
     if (view.call(SCI_GETLEXER) != SCLEX_PASCAL) {

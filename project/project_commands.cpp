@@ -39,7 +39,12 @@ std::string projectTarget(Workspace& workspace) {
 
 void openProject(Workspace& workspace) {
     const std::string path = askForFile(workspace, "Pascal File | *.tpj");
-    if (path.empty() || !openProjectFile(workspace, path))
+    if (!path.empty())
+        openProjectNamed(workspace, path);
+}
+
+void openProjectNamed(Workspace& workspace, const std::string& path) {
+    if (!openProjectFile(workspace, path))
         return;
     AddRecentFile(workspace, path);
     workspace.LastDir = GetFilePath(path);
@@ -47,8 +52,11 @@ void openProject(Workspace& workspace) {
 
 void openPascalFile(Workspace& workspace) {
     const std::string path = askForFile(workspace, "Pascal File | *.pas");
-    if (path.empty())
-        return;
+    if (!path.empty())
+        openPascalFileNamed(workspace, path);
+}
+
+void openPascalFileNamed(Workspace& workspace, const std::string& path) {
     AddRecentFile(workspace, path);
     workspace.project.Name = unnamedProject;
     LoadProject(workspace, path);

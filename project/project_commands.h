@@ -4,11 +4,15 @@
 #include "project/workspace.h"
 
 #include <cstddef>
+#include <string>
 
 namespace tavrel {
 
 void openProject(Workspace& workspace);
 void openPascalFile(Workspace& workspace);
+/// The same for a file that has been chosen in another way.
+void openProjectNamed(Workspace& workspace, const std::string& path);
+void openPascalFileNamed(Workspace& workspace, const std::string& path);
 void saveProject(Workspace& workspace);
 /// Saves the file in the editor; with the root node selected, the project instead.
 void saveCurrentFile(Workspace& workspace);

@@ -32,6 +32,10 @@ class RecordReader {
     explicit RecordReader(std::string_view bytes) : bytes_(bytes) {}
 
     std::int16_t number() {
+        if (bytes_.size() < 2) { // half a number lies beyond the end too
+            bytes_ = {};
+            return 0;
+        }
         const unsigned low = byte();
         const unsigned high = byte();
         return static_cast<std::int16_t>(static_cast<std::uint16_t>(low | (high << 8)));
@@ -46,8 +50,6 @@ class RecordReader {
 
   private:
     unsigned byte() {
-        if (bytes_.empty())
-            return 0;
         const auto value = static_cast<unsigned char>(bytes_.front());
         bytes_.remove_prefix(1);
         return value;

@@ -1,5 +1,7 @@
 #include "util/window_placing.h"
 
+#include <bit>
+
 namespace tavrel {
 
 namespace {
@@ -20,6 +22,26 @@ ScreenScale screenScale() {
     scale.pixelsPerInchY = GetDeviceCaps(screen, LOGPIXELSY);
     ReleaseDC(nullptr, screen);
     return scale;
+}
+
+ScreenScale windowScale(HWND window) {
+    using DpiFunction = UINT(WINAPI*)(HWND);
+    static const auto dpiForWindow =
+        std::bit_cast<DpiFunction>(GetProcAddress(GetModuleHandleA("user32.dll"), "GetDpiForWindow"));
+    const UINT dpi = dpiForWindow != nullptr ? dpiForWindow(window) : 0;
+    if (dpi == 0)
+        return screenScale();
+    return {static_cast<int>(dpi), static_cast<int>(dpi)};
+}
+
+HFONT messageFont(const ScreenScale& scale) {
+    NONCLIENTMETRICSA metrics = {};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    LOGFONTA description = metrics.lfMessageFont; // at the scale of the first screen
+    description.lfHeight =
+        MulDiv(static_cast<int>(description.lfHeight), scale.pixelsPerInchY, screenScale().pixelsPerInchY);
+    return CreateFontIndirectA(&description);
 }
 
 void CenterForm(HWND owner, HWND dialog) {

@@ -3,6 +3,7 @@
 
 #include "app/command_table.h"
 #include "app/form1.h"
+#include "tests/app/fake_printer.h"
 #include "tests/support/fakes.h"
 
 #include <array>
@@ -23,6 +24,7 @@ struct MainWindow : testing::Test {
     FakeRegistry registry;
     FakeProcessRunner processes;
     FakeShell shell;
+    FakePrinter printer;
     std::unique_ptr<Form1> form;
 
     MainWindow() {
@@ -39,7 +41,7 @@ struct MainWindow : testing::Test {
         folder.write("M.TPJ", "Demo\r\n2E9B\r\nD200\r\nM.PAS\r\n");
     }
     void start(const std::string& argument = {}) {
-        form = std::make_unique<Form1>(Form1Seams{messages, dialogs, registry, processes, shell},
+        form = std::make_unique<Form1>(Form1Seams{messages, dialogs, registry, processes, shell, printer},
                                        program.path());
         form->load(argument);
         pump();
@@ -101,8 +103,10 @@ struct MainWindow : testing::Test {
         awaited().caption = caption;
         awaited().work = std::move(work);
         constexpr UINT often = 20; // milliseconds
-        SetTimer(nullptr, 0, often, lookForDialog);
+        awaited().timer = SetTimer(nullptr, 0, often, lookForDialog);
     }
+    /// After a dialog that may not have come.
+    static void stopWaitingForDialog() { KillTimer(nullptr, awaited().timer); }
     bool menuHas(UINT command) {
         return GetMenuState(GetMenu(form->window()), command, MF_BYCOMMAND) != static_cast<UINT>(-1);
     }
@@ -111,6 +115,7 @@ struct MainWindow : testing::Test {
     struct Awaited {
         std::string caption;
         std::function<void(HWND)> work;
+        UINT_PTR timer = 0;
     };
     static Awaited& awaited() {
         static Awaited one;
