@@ -317,6 +317,62 @@ Liveness analyseLiveness(Function& function) {
     return liveness;
 }
 
+namespace {
+
+/// The loop's work needs no pair besides HL when `first` and `second` have the other two: nothing but
+/// additions and constants, no words behind computed addresses.
+bool worksInOnePair(Function& function, std::size_t loop, ValueId first, ValueId second) {
+    for (const BlockId id : function.layout) {
+        const Block& block = function.blocks[id];
+        for (std::uint32_t i = block.first; block.loop == loop && i < block.last; ++i) {
+            Ir& ir = function.code[i];
+            if (ir.dead) {
+                continue;
+            }
+            const bool word = ir.width == Width::word;
+            bool simple = ir.op == IrOp::jump || ir.op == IrOp::copy || ir.op == IrOp::store ||
+                          ir.op == IrOp::add || (ir.op == IrOp::branch && ir.b.isConstant());
+            simple =
+                simple &&
+                !(word && (ir.a.kind == Operand::Kind::indirect || ir.dst.kind == Operand::Kind::indirect));
+            forEachUse(function, ir, [&](Operand& operand) {
+                const bool known = !operand.usesValue() || operand.id == first || operand.id == second ||
+                                   !function.values[operand.id].crossesBlocks;
+                simple = simple && known && operand.kind != Operand::Kind::memory;
+            });
+            if (!simple) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool hasOwnCall(const Function& function, std::size_t loop) {
+    for (const BlockId id : function.layout) {
+        const Block& block = function.blocks[id];
+        for (std::uint32_t i = block.first; block.loop == loop && i < block.last; ++i) {
+            switch (function.code[i].op) {
+            case IrOp::call:
+            case IrOp::runtime:
+            case IrOp::runtimeText:
+            case IrOp::runtimeBranch:
+            case IrOp::runtimeCompare:
+            case IrOp::inlineCode:
+            case IrOp::blockMove:
+            case IrOp::pushString:
+            case IrOp::externalCall:
+                return true;
+            default:
+                break;
+            }
+        }
+    }
+    return false;
+}
+
+} // namespace
+
 void pinLoopValues(Function& function, const Liveness& liveness) {
     struct Candidate {
         ValueId id;
@@ -324,8 +380,8 @@ void pinLoopValues(Function& function, const Liveness& liveness) {
     };
     for (std::size_t loop = 1; loop < function.loops.size(); ++loop) {
         Loop& info = function.loops[loop];
-        if (info.hasCall || info.hasInner) {
-            continue; // calls change every register; outer loops leave them to the inner ones
+        if (hasOwnCall(function, loop) || (info.hasCall && !info.hasInner)) {
+            continue; // calls change every register
         }
         std::vector<std::uint32_t> uses(function.values.size());
         std::vector<bool> changed(function.values.size());
@@ -349,7 +405,9 @@ void pinLoopValues(Function& function, const Liveness& liveness) {
         }
         std::vector<Candidate> candidates;
         for (const ValueId id : liveness.crossing) {
-            if (uses[id] >= 2) {
+            // At the border of an inner loop the value goes to memory and back.
+            const std::uint32_t fewest = info.hasInner ? 4 : changed[id] ? 2 : 1;
+            if (uses[id] >= fewest) {
                 candidates.push_back({id, uses[id]});
             }
         }
@@ -363,6 +421,9 @@ void pinLoopValues(Function& function, const Liveness& liveness) {
             if (word) {
                 if ((free & z80::bits(z80::Pair::bc)) == z80::bits(z80::Pair::bc)) {
                     taken = z80::bits(z80::Pair::bc);
+                } else if (free == z80::bits(z80::Pair::de) && info.pins.size() == 1 &&
+                           worksInOnePair(function, loop, info.pins.front().value, candidate.id)) {
+                    taken = z80::bits(z80::Pair::de);
                 }
             } else {
                 for (const z80::Reg r : {z80::Reg::b, z80::Reg::c, z80::Reg::d, z80::Reg::e}) {

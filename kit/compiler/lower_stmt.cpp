@@ -213,8 +213,9 @@ void Lowering::repeatUntil(const Stmt* s) {
     b_.startBlock(done);
 }
 
-/// The limit is evaluated once. The variable is compared for equality before it is stepped, so that a limit
-/// at the end of the type's range works; it keeps the last value, and an empty range leaves it alone.
+/// The limit is evaluated once. The variable is stepped and then compared for equality with the value behind
+/// the limit, which works at the ends of the type's range too; behind the loop the step too many is taken
+/// back, so that the variable keeps the last value. An empty range leaves it alone.
 void Lowering::forLoop(const Stmt* s) {
     const Symbol& variable = *s->target->symbol;
     const Width width = widthOfType(s->target->type);
@@ -257,22 +258,30 @@ void Lowering::forLoop(const Stmt* s) {
         b_.copy(narrow, resize(limit, testWidth, width), width);
         limit = narrow;
     }
-    if (width == Width::byte && limit.isConstant()) {
-        limit.n &= 0xFF;
+    const Operand one = Operand::constant(s->down ? -1 : 1);
+    Operand behind = limit;
+    if (limit.isConstant()) {
+        behind.n =
+            width == Width::byte ? (limit.n + one.n) & 0xFF : static_cast<std::int16_t>(limit.n + one.n);
+    } else {
+        b_.copy(limit, b_.operation(IrOp::add, width, limit, one), width);
     }
     b_.jump(body);
     b_.beginLoop();
     b_.startBlock(body);
     statements(s->body);
     b_.setPosition(s->position);
-    const BlockId step = b_.newBlock();
-    b_.branch(width, Relation::equal, false, load(variablePlace(variable, width), width), limit, done, step);
-    b_.startBlock(step);
     const Operand now = load(variablePlace(variable, width), width);
-    const Operand next = b_.operation(IrOp::add, width, now, Operand::constant(s->down ? -1 : 1));
+    const Operand next = b_.operation(IrOp::add, width, now, one);
     b_.copy(variablePlace(variable, width), next, width);
-    b_.jump(body);
+    const BlockId leave = b_.newBlock();
+    b_.branch(width, Relation::equal, false, load(variablePlace(variable, width), width), behind, leave,
+              body);
     b_.endLoop();
+    b_.startBlock(leave);
+    const Operand last = load(variablePlace(variable, width), width);
+    b_.copy(variablePlace(variable, width), b_.operation(IrOp::add, width, last, Operand::constant(-one.n)),
+            width);
     b_.startBlock(done);
 }
 

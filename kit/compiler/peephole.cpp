@@ -94,8 +94,8 @@ class Peephole {
     bool at(std::size_t i) const { return i < code_.size(); }
 
     bool rule(std::size_t i) {
-        return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || moveBack(i) || tailCall(i) ||
-               zeroAccumulator(i);
+        return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || jumpOverReturn(i) || moveBack(i) ||
+               tailCall(i) || zeroAccumulator(i);
     }
 
     bool unreachable(std::size_t i) {
@@ -140,6 +140,23 @@ class Peephole {
             }
         }
         return false;
+    }
+
+    /// JP cc,a / RET / a: becomes RET not cc.
+    bool jumpOverReturn(std::size_t i) {
+        const std::size_t second = after(i);
+        if (!isLocalJump(code_[i]) || static_cast<Condition>(code_[i].x) == Condition::always ||
+            !at(second) || code_[second].op != Op::ret ||
+            static_cast<Condition>(code_[second].x) != Condition::always) {
+            return false;
+        }
+        const std::size_t next = after(second);
+        if (!at(next) || !isLabel(code_[next], code_[i].index)) {
+            return false;
+        }
+        code_[second].x = static_cast<std::uint8_t>(z80::inverse(static_cast<Condition>(code_[i].x)));
+        remove(i);
+        return true;
     }
 
     /// LD x,y / LD y,x: the second changes nothing. So does EX DE,HL after EX DE,HL.
@@ -192,7 +209,7 @@ class Peephole {
     bool flagsUsedAfter(std::size_t i) const {
         for (std::size_t next = after(i); at(next); next = after(next)) {
             const Instruction& n = code_[next];
-            if (n.op == Op::call || n.op == Op::ret) {
+            if (n.op == Op::call || (n.op == Op::ret && static_cast<Condition>(n.x) == Condition::always)) {
                 return false; // nothing is handed over in the flags
             }
             if ((z80::reads(n) & z80::flagsBit) != 0 || n.op == Op::label || n.op == Op::jump ||

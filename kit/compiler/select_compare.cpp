@@ -20,6 +20,36 @@ Selector::Flags Selector::compareFlags(Ir& ir) {
     return ir.width == Width::byte ? compareBytes(ir) : compareWords(ir);
 }
 
+/// The test at the end of a loop that runs up to a large constant mostly says the same, and mostly the high
+/// byte alone tells: one below the constant's means that the loop goes on. Only otherwise comes the whole
+/// comparison.
+void Selector::stayInLoopEarly(Ir& ir) {
+    const std::uint16_t here = function_.blocks[current_].loop;
+    const bool whenTrue = ir.relation == Relation::less || ir.relation == Relation::lessEqual;
+    const bool whenFalse = ir.relation == Relation::greaterEqual || ir.relation == Relation::greater;
+    if (ir.op != IrOp::branch || ir.width != Width::word || !ir.isSigned || !ir.b.isConstant() ||
+        !ir.a.isValue() || here == 0 || (!whenTrue && !whenFalse)) {
+        return;
+    }
+    const BlockId inside = whenTrue ? ir.target : ir.other;
+    const BlockId outside = whenTrue ? ir.other : ir.target;
+    const bool reachesBound = ir.relation == Relation::lessEqual || ir.relation == Relation::greater;
+    const std::int32_t highByte = (ir.b.n + (reachesBound ? 1 : 0)) >> 8;
+    if (function_.blocks[inside].loop != here || function_.blocks[outside].loop == here || highByte < 1 ||
+        highByte > 0x7F || takesState(inside) || layoutPosition_[inside] > layoutIndex_) {
+        return;
+    }
+    Pair p = Pair::hl;
+    if (isPinned(Reg::a) || !findPair(ir.a.id, p)) {
+        return;
+    }
+    makeFree(Reg::a);
+    forget(Reg::a);
+    move(Reg::a, high(p));
+    aluN(Alu::compare, highByte);
+    jump(Condition::c, inside);
+}
+
 Selector::Flags Selector::compareBytes(Ir& ir) {
     Operand a = ir.a;
     Operand b = ir.b;

@@ -288,6 +288,7 @@ void Selector::emitJumps(Condition condition, BlockId target, BlockId other) {
 void Selector::branch(Ir& ir) {
     syncFor(ir.target);
     syncFor(ir.other);
+    stayInLoopEarly(ir);
     Flags flags;
     if (ir.op == IrOp::runtimeBranch) {
         call(ir);

@@ -168,6 +168,7 @@ class Selector {
     void storeByte(Ir& ir);
     // select_compare.cpp
     Flags compareFlags(Ir& ir);
+    void stayInLoopEarly(Ir& ir);
     Flags compareBytes(Ir& ir);
     Flags compareWords(Ir& ir);
     Flags equalWords(Ir& ir);
