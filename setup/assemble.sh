@@ -29,6 +29,7 @@ dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox x86_64 --path)
 
 put "$build/mingw64/app/Tavrel.exe" Tavrel.exe
 put "$build/mingw64/app/tavrel.ico" tavrel.ico
+put "$build/mingw64/kit/image/msximg.exe" msximg.exe
 put "$build/dos/kit/dos/TP3.EXE" compiler/TP3.EXE
 put "$build/dos/kit/dos/DOS2CASH.COM" compiler/DOS2CASH.COM
 put "$build/tools/kit/runtime/RUNTIME.COM" compiler/RUNTIME.COM

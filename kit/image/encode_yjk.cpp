@@ -123,14 +123,16 @@ class YjkEncoder : public Encoder {
         return group;
     }
 
-    static float chooseLightness(const Light& aim, Group& group, std::size_t pixel) {
+    float chooseLightness(const Light& aim, Group& group, std::size_t pixel) const {
         const Lab seen = okLab(aim);
         const Scaled colour = scaled(aim);
         const int middle = rounded((colour.red - static_cast<float>(group.j) + colour.green -
                                     static_cast<float>(group.k) + colour.lightness()) /
                                    3);
+        // Ordered dithering has moved the light by even steps, which count as they are.
+        const int reach = dither_ == Dither::ordered ? 0 : 2;
         float best = std::numeric_limits<float>::max();
-        for (int lightness = middle - 2; lightness <= middle + 2; ++lightness) {
+        for (int lightness = middle - reach; lightness <= middle + reach; ++lightness) {
             const int limited = std::clamp(lightness, 0, levels - 1);
             const float distance = squaredDistance(seen, look({limited, group.j, group.k}).seen);
             if (distance < best) {
