@@ -176,6 +176,17 @@ _blank:
 ; readNumber: an item of standard input as a number. Out: DE = value, or carry when there is none. Destroys all.
 badNumber       equ 10h         ; I/O result
 readNumber:
+        call    readItem
+        ret     c
+        call    parseInteger
+        ret     nc
+setBadNumber:
+        ld      a,badNumber
+        ld      (ioStatus),a
+        ret
+
+; readItem: Out: HL = an item's characters, B = their count; or carry when there is none. Destroys all.
+readItem:
         ld      a,(ioStatus)
         or      a
         scf
@@ -221,10 +232,7 @@ _parse:
         ld      hl,scratchString
         ld      b,(hl)
         inc     hl
-        call    parseInteger
-        ret     nc
-        ld      a,badNumber
-        ld      (ioStatus),a
+        or      a
         ret
 
 ; inputIsBuffered: Out: NZ when standard input is read by the line. Destroys AF. 38 T.

@@ -232,12 +232,12 @@ _bad:
         inc     hl
         call    parseInteger
         pop     hl
-        jr      c,_bad
+        jr      c,storeValCode
         ld      (hl),e
         inc     hl
         ld      (hl),d
         xor     a
-_bad:
+storeValCode:
         pop     hl
         ld      (hl),a
         inc     hl
@@ -252,6 +252,7 @@ _bad:
         push    bc
         call    integerToText           ; HL = characters, BC = count
         pop     de                      ; DE = width
+stringFromText:                         ; HL = characters, BC = count; target and A are on the stack
         push    hl
         ex      de,hl
         bit     7,h

@@ -6,12 +6,6 @@
 @realArcTan:
 @realLn:
 @realExp:
-@writeReal:
-@writeRealFixed:
-@readReal:
-@stringFromReal:
-@stringFromRealFixed:
-@stringToReal:
 @fileAssignText:
 @fileAssignTyped:
 @fileAssignUntyped:
@@ -56,7 +50,6 @@ _text:
 _end:
 
 ; Variables of such entries.
-@realDecimals:          defs 2
 @inputFile:             defs 4
 @outputFile:            defs 4
 @conFile:               defs 4

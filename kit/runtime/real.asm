@@ -314,7 +314,11 @@ _next:
 realOverflow:
         ld      a,01h
 realError:                              ; A = number; reported at the caller of the entry
-        ld      sp,(realStack)
+        ld      hl,(realStack)
+        inc     h
+        dec     h
+        jp      z,parseOverflow
+        ld      sp,hl
         jp      @runError
 
 ; realMultiply: In: HL = left, DE = right, BC = target. Run-time error 01. Destroys all. 3000 to 4400 T, 3600 on average;

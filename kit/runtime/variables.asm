@@ -39,11 +39,31 @@ itemTarget:             defs 2  ; where the item being read goes
 itemLimit:              defs 1
 parseSign:              defs 1  ; not 0: a minus sign was read
 parameterNumber:        defs 1
+wholeCount:             defs 2  ; digits before the point; the high byte stays 0
 clearedVariablesEnd:
 
 realStack:              defs 2  ; stack pointer in the entry that works on reals, for an error's address
 realSign:               defs 1  ; bit 7: the result's sign
 realQuotient:           defs 5
 realTemporary:          defs 6
+realZero:               defs 1  ; exponent of the real being written
+@realDecimals:          defs 2
+textDecimals:           defs 1  ; decimals; bit 7: exponent form
+firstDigit:             defs 2  ; address in digitBuffer
+fractionLow:            defs 2  ; the lowest byte of fixedPoint that need be looked at
+parseStack:             defs 2
+parseCount:             defs 1  ; characters of the number being read
+parseNext:              defs 2  ; its next digit
+parseLast:              defs 2  ; behind its last digit
+parsePlace:             defs 2  ; digits before the point, the exponent included
+parseDigits:            defs 1
+parsePoint:             defs 1
+parseRest:              defs 1  ; not 0: the digits do not end within fixedPoint
+fractionPad:            defs 8  ; 0
+fixedPoint:             defs fractionBytes
+wholePart:              defs wholeBytes
 numberText:             defs 6  ; an integer's sign and digits
 scratchString:          defs 256 ; for one entry's own use
+digitBuffer             equ scratchString ; digits as numbers, for realToText
+digitBufferEnd          equ digitBuffer + 128
+realText                equ digitBufferEnd
