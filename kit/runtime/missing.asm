@@ -1,11 +1,5 @@
 ; Entries that this library does not have yet: a program that calls one of them stops with a message.
 
-@realSqrt:
-@realSin:
-@realCos:
-@realArcTan:
-@realLn:
-@realExp:
 @fileAssignText:
 @fileAssignTyped:
 @fileAssignUntyped:

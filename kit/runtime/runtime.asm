@@ -55,6 +55,8 @@ delete          equ 7Fh
         include string.asm
         include real.asm
         include real_convert.asm
+        include real_root.asm
+        include real_functions.asm
         include real_text.asm
         include set.asm
         include heap.asm

@@ -46,6 +46,11 @@ realStack:              defs 2  ; stack pointer in the entry that works on reals
 realSign:               defs 1  ; bit 7: the result's sign
 realQuotient:           defs 5
 realTemporary:          defs 6
+realX:                  defs 6  ; a function's argument, then its reduced one
+realZ:                  defs 6  ; what its polynomial depends on
+realA:                  defs 6
+realB:                  defs 7  ; one byte more for the sine's quarter turns
+quadrant:               defs 1
 realZero:               defs 1  ; exponent of the real being written
 @realDecimals:          defs 2
 textDecimals:           defs 1  ; decimals; bit 7: exponent form
