@@ -49,6 +49,42 @@ TEST(Facts, FieldsAreUsedThroughAWith) {
     EXPECT_TRUE(parsed.facts[0].usedByNested && parsed.facts[0].used);
 }
 
+/// Writes down the options of statements that call something, in their order.
+class OptionConsumer : public BodyConsumer {
+  public:
+    void enterRoutine(Routine&) override {}
+    void typedConstant(Symbol&) override {}
+    void body(Routine&, Stmt* statements) override { walk(statements); }
+    std::string calls;
+
+  private:
+    void walk(const Stmt* stmt) {
+        for (; stmt != nullptr; stmt = stmt->next) {
+            if (stmt->kind == StmtKind::call)
+                calls += (stmt->options & optionIoCheck) != 0 ? '+' : '-';
+            walk(stmt->body);
+            walk(stmt->other);
+        }
+    }
+};
+
+// A directive counts from the next statement on, even where it stands right behind one.
+TEST(Facts, DirectivesOfStatements) {
+    MemoryHost host;
+    host.files["MAIN.PAS"] =
+        "{$B-,U+} begin {$B+} clrscr; {$I-} clreol {$I+}; clrscr; {$I-} if keypressed then clrscr {$I+} "
+        "else clreol; {$I-} writeln {$I+}; case 1 of 1: clrscr {$I-} end; clrscr end.";
+    Arena arena;
+    OptionConsumer consumer;
+    ParserOptions options;
+    options.mainFile = "MAIN.PAS";
+    Parser parser(host, arena, options, consumer);
+    ASSERT_TRUE(parser.run());
+    EXPECT_EQ(consumer.calls, "+-+-+-+-");
+    EXPECT_EQ(parser.programOptions(),
+              optionIoCheck | optionUserInterrupt | optionControlC | optionArraySpeed | optionAbsoluteCode);
+}
+
 /// Measures what a parser holds at most.
 class CountingConsumer : public BodyConsumer {
   public:
