@@ -1,9 +1,76 @@
 #include "util/files.h"
 
+#include "util/file_system.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
 
+#include <memory>
+
 namespace tavrel {
+
+namespace {
+
+FileSystem* replacement = nullptr;
+
+void writeAndClose(OutputFile& file, std::string_view bytes, bool flush) {
+    while (!bytes.empty())
+        bytes.remove_prefix(file.write(bytes));
+    if (flush)
+        file.flush();
+    file.close();
+}
+
+void removeIfPossible(FileSystem& system, const std::string& path) noexcept {
+    try {
+        system.remove(path);
+    } catch (const RuntimeError&) {
+        // The write has failed already; that is what the caller hears of.
+    }
+}
+
+/// The new content lies whole beside the old one before it takes its place.
+void replaceContent(FileSystem& system, const std::string& path, std::string_view bytes) {
+    const std::unique_ptr<OutputFile> fresh = system.createBeside(path);
+    try {
+        writeAndClose(*fresh, bytes, true);
+        system.replace(fresh->path(), path);
+    } catch (const RuntimeError&) {
+        removeIfPossible(system, fresh->path());
+        throw;
+    }
+}
+
+} // namespace
+
+FileSystem& currentFileSystem() {
+    return replacement == nullptr ? systemFiles() : *replacement;
+}
+
+void useFileSystem(FileSystem* other) noexcept {
+    replacement = other;
+}
+
+void writeWholeFile(const std::string& path, std::string_view bytes) {
+    if (path.empty() || path.find('\0') != std::string::npos)
+        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
+    FileSystem& system = currentFileSystem();
+    try {
+        switch (system.kindOf(path)) {
+        case TargetKind::folder:
+        case TargetKind::readOnlyFile: // a rename would replace it without a word
+            throw RuntimeError(RuntimeErrorNumber::pathFileAccessError);
+        case TargetKind::device: // cannot be replaced by a file
+            writeAndClose(*system.openDevice(path), bytes, false);
+            break;
+        case TargetKind::missing:
+        case TargetKind::file:
+            replaceContent(system, path, bytes);
+            break;
+        }
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.number(), path); // not the name of a file that the user does not know
+    }
+}
 
 void deleteFileIfPossible(const std::string& path) noexcept {
     try {

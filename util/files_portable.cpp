@@ -1,4 +1,5 @@
 // Files outside Windows, for tests of the pure code.
+#include "util/file_system.h"
 #include "util/files.h"
 
 #include "util/paths.h"
@@ -11,9 +12,11 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fnmatch.h>
+#include <memory>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tavrel {
 
@@ -64,41 +67,109 @@ RuntimeErrorNumber errorNumber(int code, const std::string& path) {
     }
 }
 
+/// The system would take the name up to the zero only, and so another file.
+bool hasZero(const std::string& path) {
+    return path.find('\0') != std::string::npos;
+}
+
 [[noreturn]] void fail(int code, const std::string& path) {
     throw RuntimeError(errorNumber(code, path), path);
 }
 
-/// Writes, flushes and closes; 0 or the error code. The descriptor is closed in any case.
-int writeAndClose(int file, std::string_view bytes) {
-    int error = 0;
-    while (!bytes.empty() && error == 0) {
-        const ssize_t count = write(file, bytes.data(), bytes.size());
-        if (count < 0)
-            error = errno;
-        else
-            bytes.remove_prefix(static_cast<std::size_t>(count));
+class PortableOutput : public OutputFile {
+  public:
+    PortableOutput(int file, std::string path) : file_(file), path_(std::move(path)) {}
+    ~PortableOutput() override {
+        if (file_ >= 0)
+            ::close(file_);
     }
-    if (error == 0 && fsync(file) != 0 && errno != EINVAL)
-        error = errno;
-    if (close(file) != 0 && error == 0)
-        error = errno;
-    return error;
-}
+    PortableOutput(const PortableOutput&) = delete;
+    PortableOutput& operator=(const PortableOutput&) = delete;
+
+    const std::string& path() const override { return path_; }
+    std::size_t write(std::string_view bytes) override {
+        const ssize_t count = ::write(file_, bytes.data(), bytes.size());
+        if (count <= 0)
+            fail(count < 0 ? errno : ENOSPC, path_);
+        return static_cast<std::size_t>(count);
+    }
+    void flush() override {
+        if (fsync(file_) != 0 && errno != EINVAL)
+            fail(errno, path_);
+    }
+    void close() override {
+        const int file = file_;
+        file_ = -1;
+        if (::close(file) != 0)
+            fail(errno, path_);
+    }
+
+  private:
+    int file_;
+    std::string path_;
+};
+
+class PortableFiles : public FileSystem {
+  public:
+    TargetKind kindOf(const std::string& path) override {
+        struct stat status = {};
+        if (stat(systemPath(path).c_str(), &status) != 0)
+            return TargetKind::missing;
+        if (S_ISDIR(status.st_mode))
+            return TargetKind::folder;
+        if (!S_ISREG(status.st_mode))
+            return TargetKind::device;
+        return (status.st_mode & S_IWUSR) == 0 ? TargetKind::readOnlyFile : TargetKind::file;
+    }
+    std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
+        std::string fresh = systemPath(GetFilePath(path)) + "~tavXXXXXX";
+        const int file = mkstemp(fresh.data());
+        if (file < 0)
+            fail(errno, path);
+        return std::make_unique<PortableOutput>(file, fresh);
+    }
+    std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
+        const int file = open(systemPath(path).c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
+        if (file < 0)
+            fail(errno, path);
+        return std::make_unique<PortableOutput>(file, path);
+    }
+    void replace(const std::string& fresh, const std::string& target) override {
+        if (rename(systemPath(fresh).c_str(), systemPath(target).c_str()) != 0)
+            fail(errno, target);
+    }
+    void remove(const std::string& path) override {
+        if (unlink(systemPath(path).c_str()) != 0)
+            fail(errno, path);
+    }
+};
 
 } // namespace
+
+FileSystem& systemFiles() {
+    static PortableFiles files;
+    return files;
+}
 
 bool FileExists(const std::string& path) {
     struct stat status = {};
     const std::string name = systemPath(path);
-    if (name.empty() || stat(name.c_str(), &status) != 0 || S_ISDIR(status.st_mode))
+    if (name.empty() || hasZero(path) || stat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return false;
     return access(name.c_str(), R_OK) == 0;
 }
 
 std::string readWholeFile(const std::string& path) {
-    const int file = open(systemPath(path).c_str(), O_RDONLY | O_CLOEXEC);
+    if (hasZero(path))
+        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
+    const int file = open(systemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0)
         fail(errno, path);
+    struct stat status = {};
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(file);
+        fail(S_ISDIR(status.st_mode) ? EISDIR : EACCES, path);
+    }
     std::string bytes;
     std::array<char, 65536> buffer{};
     for (;;) {
@@ -116,37 +187,8 @@ std::string readWholeFile(const std::string& path) {
     return bytes;
 }
 
-void writeWholeFile(const std::string& path, std::string_view bytes) {
-    const std::string target = systemPath(path);
-    struct stat status = {};
-    const bool exists = stat(target.c_str(), &status) == 0;
-    if (exists && S_ISDIR(status.st_mode))
-        throw RuntimeError(RuntimeErrorNumber::pathFileAccessError, path);
-    if (exists && !S_ISREG(status.st_mode)) { // a device cannot be replaced by a file
-        const int device = open(target.c_str(), O_WRONLY | O_CLOEXEC);
-        const int error = device < 0 ? errno : writeAndClose(device, bytes);
-        if (error != 0)
-            fail(error, path);
-        return;
-    }
-    if (exists && (status.st_mode & S_IWUSR) == 0)
-        throw RuntimeError(RuntimeErrorNumber::pathFileAccessError, path);
-    std::string fresh = systemPath(GetFilePath(path)) + "~tavXXXXXX";
-    const int file = mkstemp(fresh.data());
-    if (file < 0)
-        fail(errno, path);
-    int error = writeAndClose(file, bytes);
-    if (error == 0 && rename(fresh.c_str(), target.c_str()) != 0)
-        error = errno;
-    if (error != 0) {
-        unlink(fresh.c_str());
-        fail(error, path);
-    }
-}
-
 void deleteFile(const std::string& path) {
-    if (unlink(systemPath(path).c_str()) != 0)
-        fail(errno, path);
+    systemFiles().remove(path);
 }
 
 std::vector<FolderEntry> listFolder(const std::string& folder, const std::string& pattern) {

@@ -1,3 +1,4 @@
+#include "util/file_system.h"
 #include "util/files.h"
 
 #include "util/paths.h"
@@ -6,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 #include <windows.h>
 
 namespace tavrel {
@@ -60,56 +62,118 @@ FileHandle openFile(const std::string& path, DWORD access, DWORD disposition) {
     return FileHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
 
-/// Writes, flushes and closes; 0 or the error code.
-DWORD writeAndClose(FileHandle file, std::string_view bytes, bool flush) {
-    while (!bytes.empty()) {
+/// A device such as CON or COM1 is no file: reading one may never end. The system would also take a name with
+/// a zero in it up to that only.
+FileHandle openForReading(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        SetLastError(path.empty() ? ERROR_PATH_NOT_FOUND : ERROR_INVALID_NAME);
+        return nullptr;
+    }
+    FileHandle file = openFile(path, GENERIC_READ, OPEN_EXISTING);
+    if (file && GetFileType(file.get()) != FILE_TYPE_DISK) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return nullptr;
+    }
+    return file;
+}
+
+class WindowsOutput : public OutputFile {
+  public:
+    WindowsOutput(FileHandle file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
+
+    const std::string& path() const override { return path_; }
+    std::size_t write(std::string_view bytes) override {
         const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1U << 20));
         DWORD written = 0;
-        if (WriteFile(file.get(), bytes.data(), chunk, &written, nullptr) == 0)
-            return GetLastError();
+        if (WriteFile(file_.get(), bytes.data(), chunk, &written, nullptr) == 0)
+            fail(GetLastError(), path_);
         if (written == 0)
-            return ERROR_DISK_FULL;
-        bytes.remove_prefix(written);
+            fail(ERROR_DISK_FULL, path_);
+        return written;
     }
-    if (flush && FlushFileBuffers(file.get()) == 0)
-        return GetLastError();
-    return CloseHandle(file.release()) == 0 ? GetLastError() : 0;
-}
+    void flush() override {
+        if (FlushFileBuffers(file_.get()) == 0)
+            fail(GetLastError(), path_);
+    }
+    void close() override {
+        if (CloseHandle(file_.release()) == 0)
+            fail(GetLastError(), path_);
+    }
 
-/// A new empty file beside `path`.
-std::string makeFileBeside(const std::string& path) {
-    std::string folder = GetFilePath(path);
-    if (folder.empty())
-        folder = ".";
-    std::array<char, MAX_PATH + 1> name{};
-    if (GetTempFileNameA(folder.c_str(), "tav", 0, name.data()) == 0) {
+  private:
+    FileHandle file_;
+    std::string path_;
+};
+
+class WindowsFiles : public FileSystem {
+  public:
+    TargetKind kindOf(const std::string& path) override {
+        const DWORD attributes = GetFileAttributesA(path.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES) {
+            if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+                return TargetKind::folder;
+            if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+                return TargetKind::readOnlyFile;
+        }
+        // A device such as NUL, or a name that stands for one, has no attributes that tell it from a file.
+        if (const FileHandle file = openFile(path, GENERIC_WRITE, OPEN_EXISTING))
+            return GetFileType(file.get()) == FILE_TYPE_DISK ? TargetKind::file : TargetKind::device;
+        return attributes == INVALID_FILE_ATTRIBUTES ? TargetKind::missing : TargetKind::file;
+    }
+    std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
+        std::string folder = GetFilePath(path);
+        if (folder.empty())
+            folder = ".";
+        std::array<char, MAX_PATH + 1> name{};
+        if (GetTempFileNameA(folder.c_str(), "tav", 0, name.data()) == 0) {
+            const DWORD code = GetLastError();
+            const DWORD attributes = GetFileAttributesA(folder.c_str());
+            fail(attributes == INVALID_FILE_ATTRIBUTES ? ERROR_PATH_NOT_FOUND : code, path);
+        }
+        FileHandle file = openFile(name.data(), GENERIC_WRITE, OPEN_EXISTING);
+        if (!file) {
+            const DWORD code = GetLastError();
+            DeleteFileA(name.data());
+            fail(code, path);
+        }
+        return std::make_unique<WindowsOutput>(std::move(file), name.data());
+    }
+    std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
+        FileHandle file = openFile(path, GENERIC_WRITE, OPEN_EXISTING);
+        if (!file)
+            fail(GetLastError(), path);
+        return std::make_unique<WindowsOutput>(std::move(file), path);
+    }
+    void replace(const std::string& fresh, const std::string& target) override {
+        if (MoveFileExA(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
+            0)
+            return;
         const DWORD code = GetLastError();
-        const DWORD attributes = GetFileAttributesA(folder.c_str());
-        fail(attributes == INVALID_FILE_ATTRIBUTES ? ERROR_PATH_NOT_FOUND : code, path);
+        // A target that another program holds open answers "access denied".
+        const bool exists = GetFileAttributesA(target.c_str()) != INVALID_FILE_ATTRIBUTES;
+        fail(exists && code == ERROR_ACCESS_DENIED ? ERROR_SHARING_VIOLATION : code, target);
     }
-    return name.data();
-}
-
-/// A device such as NUL, or a name that stands for one, cannot be replaced by a file.
-bool writeToDevice(const std::string& path, std::string_view bytes) {
-    FileHandle file = openFile(path, GENERIC_WRITE, OPEN_EXISTING);
-    if (!file || GetFileType(file.get()) == FILE_TYPE_DISK)
-        return false;
-    if (const DWORD code = writeAndClose(std::move(file), bytes, false); code != 0)
-        fail(code, path);
-    return true;
-}
+    void remove(const std::string& path) override {
+        if (DeleteFileA(path.c_str()) == 0)
+            fail(GetLastError(), path);
+    }
+};
 
 } // namespace
 
+FileSystem& systemFiles() {
+    static WindowsFiles files;
+    return files;
+}
+
 bool FileExists(const std::string& path) {
-    return !path.empty() && openFile(path, GENERIC_READ, OPEN_EXISTING) != nullptr;
+    return openForReading(path) != nullptr;
 }
 
 std::string readWholeFile(const std::string& path) {
-    const FileHandle file = openFile(path, GENERIC_READ, OPEN_EXISTING);
+    const FileHandle file = openForReading(path);
     if (!file)
-        fail(path.empty() ? ERROR_PATH_NOT_FOUND : GetLastError(), path);
+        fail(GetLastError(), path);
     std::string bytes;
     std::array<char, 65536> buffer{};
     for (;;) {
@@ -122,32 +186,8 @@ std::string readWholeFile(const std::string& path) {
     }
 }
 
-void writeWholeFile(const std::string& path, std::string_view bytes) {
-    if (path.empty())
-        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber);
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
-    // The rename below would replace a read-only file without a word.
-    if (exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
-        throw RuntimeError(RuntimeErrorNumber::pathFileAccessError, path);
-    if (writeToDevice(path, bytes))
-        return;
-    const std::string fresh = makeFileBeside(path);
-    FileHandle file = openFile(fresh, GENERIC_WRITE, OPEN_EXISTING);
-    DWORD code = file ? writeAndClose(std::move(file), bytes, true) : GetLastError();
-    if (code == 0 &&
-        MoveFileExA(fresh.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
-        code = GetLastError();
-    if (code != 0) {
-        DeleteFileA(fresh.c_str());
-        // A target that another program holds open answers "access denied" to the rename.
-        fail(exists && code == ERROR_ACCESS_DENIED ? ERROR_SHARING_VIOLATION : code, path);
-    }
-}
-
 void deleteFile(const std::string& path) {
-    if (DeleteFileA(path.c_str()) == 0)
-        fail(GetLastError(), path);
+    systemFiles().remove(path);
 }
 
 std::vector<FolderEntry> listFolder(const std::string& folder, const std::string& pattern) {

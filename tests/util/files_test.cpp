@@ -2,11 +2,20 @@
 #include "util/files.h"
 #include "util/runtime_error.h"
 
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 
 namespace tavrel {
 namespace {
+
+std::filesystem::path nativePath(std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
+}
 
 RuntimeErrorNumber numberOf(const std::function<void()>& operation) {
     try {
@@ -73,7 +82,7 @@ TEST(Files, AReadOnlyTargetIsNotReplaced) {
 TEST(Files, AFullDiskIsReported) {
 #ifdef _WIN32
     const std::string full = "Z:\\dev\\full"; // there is one only where Wine shows a Unix file system
-    if (!FileExists(full))
+    if (!std::filesystem::exists(full))
         GTEST_SKIP() << "this machine has no device that is always full";
 #else
     const std::string full = "\\dev\\full";
@@ -81,7 +90,62 @@ TEST(Files, AFullDiskIsReported) {
     const RuntimeErrorNumber number = numberOf([&] { writeWholeFile(full, "x"); });
     EXPECT_TRUE(number == RuntimeErrorNumber::diskFull || number == RuntimeErrorNumber::deviceIoError)
         << static_cast<int>(number);
-    EXPECT_TRUE(FileExists(full));
+    EXPECT_TRUE(std::filesystem::exists(nativePath(full)));
+}
+
+TEST(Files, ADeviceIsNoFileToRead) {
+#ifdef _WIN32
+    for (const char* const device : {"NUL", "CON", "C:\\NUL", "CON.INC"}) {
+        EXPECT_FALSE(FileExists(device)) << device;
+        EXPECT_THROW(readWholeFile(device), RuntimeError) << device;
+    }
+#else
+    EXPECT_FALSE(FileExists("\\dev\\null"));
+    EXPECT_THROW(readWholeFile("\\dev\\zero"), RuntimeError);
+#endif
+}
+
+TEST(Files, ANameWithAZeroInItIsNotTheNameBeforeTheZero) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("a.txt", "old") + std::string("\0.bak", 5);
+    EXPECT_FALSE(FileExists(path));
+    EXPECT_EQ(numberOf([&] { readWholeFile(path); }), RuntimeErrorNumber::badFileNameOrNumber);
+    EXPECT_EQ(numberOf([&] { writeWholeFile(path, "new"); }), RuntimeErrorNumber::badFileNameOrNumber);
+    EXPECT_EQ(folder.read("a.txt"), "old");
+}
+
+TEST(Files, FolderSizeCountsTenThousandFiles) {
+    const test::TemporaryFolder folder;
+    std::uint64_t expected = 0;
+    for (unsigned sub = 0; sub < 100; ++sub) {
+        const std::filesystem::path place = folder.native() / ("s" + std::to_string(sub));
+        std::filesystem::create_directory(place);
+        for (unsigned file = 0; file < 100; ++file) {
+            const unsigned size = (sub * 100 + file) % 7;
+            std::ofstream(place / (std::to_string(file) + (file % 2 == 0 ? ".pas" : "")))
+                << std::string(size, 'x');
+            expected += size;
+        }
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), expected);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(taken.count(), 20.0) << "a build must not wait for this";
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", false), 0U);
+    EXPECT_LT(GetFolderSize(folder.path(), "*.pas", true), expected);
+}
+
+TEST(Files, SumsAboveFourGigabytesAreWhole) {
+    const test::TemporaryFolder folder;
+    constexpr std::uintmax_t each = 3ULL << 30;
+    for (const char* const name : {"a", "b"}) {
+        std::ofstream(folder.native() / name).put('x');
+        std::error_code error;
+        std::filesystem::resize_file(folder.native() / name, each, error); // holes take no room
+        if (error)
+            GTEST_SKIP() << "the temporary folder takes no large files";
+    }
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", false), 2 * each);
 }
 
 TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
