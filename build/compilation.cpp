@@ -47,7 +47,13 @@ class KitCopies {
         present_.push_back(name);
     }
     void remove(const char* name) {
-        deleteFile(folder_ + name);
+        try {
+            deleteFile(folder_ + name);
+        } catch (const RuntimeError& error) {
+            // A second build, started while this one waited, has taken its copies away, which were these.
+            if (error.number() != RuntimeErrorNumber::fileNotFound)
+                throw;
+        }
         std::erase(present_, name);
     }
 
@@ -74,6 +80,16 @@ void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std
         deleteFileIfPossible(folder + name);
 }
 
+/// None when the file cannot be read: the program has been compiled all the same.
+std::vector<std::string> sizeLinesIn(const std::string& resultPath) {
+    try {
+        TextInput result = TextInput::open(resultPath);
+        return readSizeLines(result);
+    } catch (const RuntimeError&) {
+        return {};
+    }
+}
+
 void showSuccess(const std::string& folder, ProgressWindow& progress) {
     for (const int image : {0, 1, 2, 3})
         progress.setImageVisible(image, false);
@@ -84,10 +100,11 @@ void showSuccess(const std::string& folder, ProgressWindow& progress) {
     const std::string resultPath = folder + "result.txt";
     if (!FileExists(resultPath))
         return;
-    TextInput result = TextInput::open(resultPath);
-    if (const auto lines = readSizeLines(result))
-        progress.setText(progress.text() + "\r\n\r\n" + lines->at(0) + "\r\n" + lines->at(1) + "\r\n" +
-                         lines->at(2));
+    std::string separator = "\r\n\r\n";
+    for (const std::string& line : sizeLinesIn(resultPath)) {
+        progress.setText(progress.text() + separator + line);
+        separator = "\r\n";
+    }
     deleteFileIfPossible(resultPath);
 }
 
@@ -108,6 +125,20 @@ CompilerError showFailure(const std::string& errorsPath, ProgressWindow& progres
     return error;
 }
 
+/// Asks about text that was typed during the build. False when the user cancelled.
+bool saveTypedText(Workspace& workspace) {
+    if (!workspace.editor.modified())
+        return true;
+    const Answer answer = askToSaveText(workspace);
+    if (answer == Answer::yes) {
+        const Project& project = workspace.project;
+        if (project.CurrentFile >= project.Files.size())
+            throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
+        workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName, false);
+    }
+    return answer != Answer::cancel;
+}
+
 /// Shows the failing file in the editor. False when the user cancelled, which ends the navigation.
 bool showFailingFile(Workspace& workspace, const std::string& fileName) {
     Project& project = workspace.project;
@@ -120,20 +151,16 @@ bool showFailingFile(Workspace& workspace, const std::string& fileName) {
         const std::string path = project.Folder + workspace.tree.node(node).text;
         if (!FileExists(path))
             continue;
-        if (workspace.editor.modified()) {
-            const Answer answer = askToSaveText(workspace);
-            if (answer == Answer::cancel) {
+        try {
+            if (!saveTypedText(workspace)) {
                 reselectCurrentFile(workspace, formerKey);
                 return false;
             }
-            if (answer == Answer::yes) {
-                if (project.CurrentFile >= project.Files.size())
-                    throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
-                workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName,
-                                          false);
-            }
+            showNodeFile(workspace, node, path);
+        } catch (const RuntimeError&) {
+            reselectNode(workspace, formerKey);
+            throw;
         }
-        showNodeFile(workspace, node, path);
     }
     return true;
 }
@@ -157,6 +184,20 @@ void deleteOldOutput(const Workspace& workspace, const std::string& programName,
         deleteFile(path);
 }
 
+/// Reads and shows what the compiler left in the folder. True when there is no error.
+bool reportResults(Workspace& workspace, ProgressWindow& progress, const std::string& folder) {
+    workspace.editor.setHighlightedLine(-1);
+    CompilerError error;
+    const bool failed = FileExists(folder + "errors.txt");
+    if (failed)
+        error = showFailure(folder + "errors.txt", progress);
+    else
+        showSuccess(folder, progress);
+    workspace.lastBuild = {workspace.lastBuild.number + 1, folder, !failed};
+    navigateToError(workspace, error);
+    return !failed;
+}
+
 bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output output) {
     const Project& project = workspace.project;
     const std::string folder = project.Folder; // the user may open another project while the compiler runs
@@ -168,6 +209,7 @@ bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output outp
         return true;
     }
     tools.progress.show();
+    const unsigned buildsBefore = workspace.lastBuild.number;
     try {
         writeWholeFile(workspace.AppDir + "compiler\\turbopc.bat",
                        compileScript(output, programName, project.StartAddress, project.EndAddress));
@@ -176,15 +218,13 @@ bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output outp
         tools.progress.close(); // it would go on telling of a compilation that is over
         throw;
     }
-    workspace.editor.setHighlightedLine(-1);
-    CompilerError error;
-    const bool failed = FileExists(folder + "errors.txt");
-    if (failed)
-        error = showFailure(folder + "errors.txt", tools.progress);
-    else
-        showSuccess(folder, tools.progress);
-    navigateToError(workspace, error);
-    return !failed;
+    // A build of the same project, started while this one waited, has shown what the compiler left and taken
+    // it away; without it an error would now be followed by the news of a success.
+    if (workspace.lastBuild.number != buildsBefore && workspace.lastBuild.folder == folder) {
+        workspace.display.setWaitPointer(false);
+        return workspace.lastBuild.succeeded;
+    }
+    return reportResults(workspace, tools.progress, folder);
 }
 
 } // namespace

@@ -42,18 +42,20 @@ CompilerError readCompilerErrors(TextInput& file) {
     return error;
 }
 
-std::optional<std::vector<std::string>> readSizeLines(TextInput& file) {
+std::vector<std::string> readSizeLines(TextInput& file) {
+    constexpr std::size_t sizeLines = 3;
+    std::vector<std::string> lines;
     try {
         std::string item;
         while (!item.starts_with("Code"))
             item = file.item();
-        std::vector<std::string> lines = {item};
-        lines.push_back(file.item());
-        lines.push_back(file.item());
-        return lines;
+        lines.push_back(item);
+        while (lines.size() < sizeLines)
+            lines.push_back(file.item());
     } catch (const RuntimeError&) {
-        return std::nullopt;
+        // The program has been compiled all the same; what is known of its sizes is shown.
     }
+    return lines;
 }
 
 } // namespace tavrel

@@ -1,7 +1,6 @@
 // What the compiler leaves behind: "errors.txt" and "result.txt".
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,8 +19,8 @@ struct CompilerError {
 /// record is not whole.
 CompilerError readCompilerErrors(TextInput& file);
 
-/// The three size lines: the first item that begins with "Code" and the two items after it; nothing when the
-/// file ends before that.
-std::optional<std::vector<std::string>> readSizeLines(TextInput& file);
+/// The three size lines: the first item that begins with "Code" and the two items after it; as many of them
+/// as there are before the file ends.
+std::vector<std::string> readSizeLines(TextInput& file);
 
 } // namespace tavrel

@@ -2,12 +2,19 @@
 
 #include "util/files.h"
 #include "util/paths.h"
+#include "util/runtime_error.h"
 
 namespace tavrel {
 
 Answer askToSaveText(Workspace& workspace) {
     return workspace.messages.show("This file has changed. Save it?", "Save changes", Icon::question,
                                    Buttons::yesNoCancel);
+}
+
+void reselectNode(Workspace& workspace, const std::string& key) {
+    workspace.project.SelectedKey = key;
+    if (const std::size_t node = workspace.tree.find(key))
+        workspace.tree.select(node);
 }
 
 void reselectCurrentFile(Workspace& workspace, const std::string& formerKey) {
@@ -23,12 +30,35 @@ void reselectCurrentFile(Workspace& workspace, const std::string& formerKey) {
 }
 
 void showNodeFile(Workspace& workspace, std::size_t node, const std::string& path) {
+    const std::string former = workspace.editor.text();
+    const bool modified = workspace.editor.modified();
     workspace.editor.setText("");
-    workspace.editor.insertFile(path, {0, 0});
+    try {
+        workspace.editor.insertFile(path, {0, 0});
+    } catch (const RuntimeError&) {
+        workspace.editor.setText(former);
+        workspace.editor.setModified(modified);
+        throw;
+    }
     workspace.project.CurrentFile = node; // deliberately the tree index, not an index into the file list
     workspace.editor.setModified(false);
     showCurrentView(workspace, workspace.tree.node(node).text);
 }
+
+namespace {
+
+/// Saves the text if the user wants that. False when the user cancelled.
+bool saveBeforeLeaving(Workspace& workspace, std::size_t left) {
+    if (!workspace.editor.modified())
+        return true;
+    const Answer answer = workspace.settings.AutoSave != storedFalse ? Answer::yes : askToSaveText(workspace);
+    if (answer == Answer::yes && left != 0)
+        workspace.editor.saveFile(AddBackslash(workspace.project.Folder) + workspace.tree.node(left).text,
+                                  true);
+    return answer != Answer::cancel;
+}
+
+} // namespace
 
 void switchToNode(Workspace& workspace, std::size_t clicked) {
     Project& project = workspace.project;
@@ -44,17 +74,16 @@ void switchToNode(Workspace& workspace, std::size_t clicked) {
     const std::string path = AddBackslash(project.Folder) + target.text;
     if (!FileExists(path))
         return;
-    if (workspace.editor.modified()) {
-        const Answer answer =
-            workspace.settings.AutoSave != storedFalse ? Answer::yes : askToSaveText(workspace);
-        if (answer == Answer::cancel) {
+    try {
+        if (!saveBeforeLeaving(workspace, left)) {
             reselectCurrentFile(workspace, formerKey);
             return;
         }
-        if (answer == Answer::yes && left != 0)
-            workspace.editor.saveFile(AddBackslash(project.Folder) + workspace.tree.node(left).text, true);
+        showNodeFile(workspace, index, path);
+    } catch (const RuntimeError&) {
+        reselectNode(workspace, formerKey);
+        throw;
     }
-    showNodeFile(workspace, index, path);
     workspace.editor.giveFocus();
     if (index < workspace.CaretPositions.size() && workspace.CaretPositions[index].line >= 0 &&
         workspace.CaretPositions[index].column >= 0)

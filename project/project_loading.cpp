@@ -111,6 +111,7 @@ void rebuildRoutineIndex(Workspace& workspace) {
 
 void LoadProject(Workspace& workspace, const std::string& path) {
     workspace.editor.setText("");
+    workspace.editor.setModified(false); // should the load end early, the empty text may go into no file
     workspace.LastDir = AddBackslash(GetFilePath(path));
     workspace.project.Folder = workspace.LastDir;
     std::string mainFile = path;

@@ -30,6 +30,13 @@ class MainWindowDisplay {
     virtual void setWaitPointer(bool wait) = 0;
 };
 
+/// The last build whose results were read and shown.
+struct ReportedBuild {
+    unsigned number = 0; ///< goes up with each one
+    std::string folder;  ///< of its project
+    bool succeeded = true;
+};
+
 /// The records of the main window and the roles that its operations reach out to.
 struct Workspace {
     SourceEditor& editor;
@@ -45,6 +52,7 @@ struct Workspace {
     ProjectTree tree = {};
     std::vector<EditorPosition> CaretPositions = {}; ///< per tree node index, entry 0 unused
     std::vector<FileRoutineList> FileRoutineLists = {};
+    ReportedBuild lastBuild = {};
 };
 
 /// Reads the settings or takes the defaults, then applies the file association.

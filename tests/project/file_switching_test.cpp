@@ -1,5 +1,7 @@
 #include "project/file_switching.h"
+#include "project/project_commands.h"
 #include "project/project_loading.h"
+#include "tests/support/failing_files.h"
 #include "tests/support/fakes.h"
 #include "util/files.h"
 
@@ -84,6 +86,57 @@ TEST_F(TwoFiles, AFileThatIsGoneIsNotShown) {
     click(3);
     EXPECT_EQ(test.editor.content, "{$I A.INC}\r\n");
     EXPECT_TRUE(test.messages.shown.empty());
+}
+
+TEST_F(TwoFiles, AFileThatCannotBeSavedKeepsItsTextAndItsNode) {
+    std::filesystem::permissions(test.folder.native() / "M.PAS", std::filesystem::perms::owner_read);
+    workspace.settings.AutoSave = storedTrue;
+    test.editor.setText("edited");
+    EXPECT_THROW(click(3), RuntimeError);
+    EXPECT_EQ(test.editor.content, "edited");
+    EXPECT_TRUE(test.editor.modified());
+    EXPECT_EQ(workspace.tree.selected(), 2U);
+    EXPECT_EQ(workspace.project.SelectedKey, "M.PAS0");
+    EXPECT_EQ(workspace.project.CurrentFile, 1U);
+    std::filesystem::permissions(test.folder.native() / "M.PAS", std::filesystem::perms::owner_all);
+    saveCurrentFile(workspace);
+    EXPECT_EQ(test.folder.read("M.PAS"), "edited") << "and not into the file that was clicked";
+    EXPECT_EQ(test.folder.read("A.INC"), "include\r\n");
+}
+
+TEST_F(TwoFiles, TheCurrentFileIsATreeIndexThatIsReadBackAsAnEntry) {
+    test.folder.write("B.INC", "b\r\n");
+    test.folder.write("C.INC", "c\r\n");
+    LoadProject(workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n{$I B.INC}\r\n{$I C.INC}\r\n"));
+    click(4); // B.INC, the fourth node and the third entry of the list
+    EXPECT_EQ(workspace.project.CurrentFile, 4U);
+    EXPECT_EQ(workspace.project.Files[4].FileName, "C.INC");
+    test.editor.setText("edited");
+    test.messages.answers = {Answer::cancel};
+    click(2);
+    EXPECT_EQ(workspace.tree.selected(), 5U) << "the node of entry 4";
+    EXPECT_EQ(workspace.project.SelectedKey, "C.INC3");
+    EXPECT_EQ(test.editor.content, "edited");
+}
+
+TEST_F(TwoFiles, AnyFailingCallOfASaveKeepsTheText) {
+    test::withEveryFailure([&](test::FailingFiles& files) {
+        useFileSystem(nullptr);
+        test.folder.write("M.PAS", "old");
+        LoadProject(workspace, test.folder.path() + "M.PAS");
+        test.editor.setText("new");
+        useFileSystem(&files);
+        try {
+            saveCurrentFile(workspace);
+            EXPECT_FALSE(test.editor.modified());
+            EXPECT_EQ(test.folder.read("M.PAS"), "new");
+        } catch (const RuntimeError&) {
+            EXPECT_TRUE(test.editor.modified());
+            const std::string found = test.folder.read("M.PAS");
+            EXPECT_TRUE(found == "old" || found == "new") << found;
+        }
+        EXPECT_EQ(test.editor.content, "new");
+    });
 }
 
 TEST(TreeImages, FoldersSwapAndFilesStay) {

@@ -1,6 +1,8 @@
 #include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
+#include "util/files.h"
+#include "util/runtime_error.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +61,78 @@ TEST(ProjectCommands, ARecentPascalFileOpensInAnyCaseAndKeepsTheOrder) {
     EXPECT_EQ(test.editor.content, "x\r\n");
     EXPECT_EQ(test.workspace.project.Name, "Project");
     EXPECT_EQ(test.workspace.settings.Recent[0], "other");
+}
+
+TEST(ProjectCommands, OpeningAPascalFileForgetsTheNameButKeepsTheAddresses) {
+    TestWorkspace test;
+    test.workspace.project.Name = "Old";
+    test.workspace.project.StartAddress = 0x4000;
+    test.workspace.LastDir = "";
+    test.dialogs.answer = test.folder.write("m.pas", "x\r\n");
+    openPascalFile(test.workspace);
+    EXPECT_EQ(test.dialogs.opened.at(0).title, "Open File");
+    EXPECT_EQ(test.dialogs.opened.at(0).filter, "Pascal File | *.pas");
+    EXPECT_EQ(test.dialogs.opened.at(0).initialFolder, "C:\\");
+    EXPECT_EQ(test.workspace.project.Name, "Project");
+    EXPECT_EQ(test.workspace.project.StartAddress, 0x4000);
+    EXPECT_EQ(test.workspace.settings.Recent[0], test.dialogs.answer);
+    EXPECT_EQ(test.workspace.LastDir, test.folder.path());
+    EXPECT_EQ(test.workspace.tree.texts(), (std::vector<std::string>{"Project", "M.PAS"}));
+}
+
+TEST(ProjectCommands, CancellingADialogDoesNothing) {
+    TestWorkspace test;
+    LoadProject(test.workspace, test.folder.write("m.pas", "x\r\n"));
+    test.editor.setText("edited");
+    openProject(test.workspace);
+    openPascalFile(test.workspace);
+    saveProject(test.workspace);
+    EXPECT_EQ(test.editor.content, "edited");
+    EXPECT_TRUE(test.editor.modified());
+    EXPECT_EQ(test.workspace.settings.Recent[0], "");
+    EXPECT_EQ(listFolder(test.folder.path(), "*.tpj").size(), 0U);
+}
+
+TEST(ProjectCommands, SavingAnUnnamedProjectLeavesItUnnamed) {
+    TestWorkspace test;
+    LoadProject(test.workspace, test.folder.write("main.pas", "x\r\n"));
+    test.dialogs.answer = test.folder.path() + "Other.tpj";
+    saveProject(test.workspace);
+    EXPECT_EQ(test.dialogs.saved.at(0).filter, "Turbo Pascal Projects (*.tpj) | *.tpj");
+    EXPECT_EQ(test.folder.read("Other.tpj"), "Project\r\n2E9B\r\nD200\r\nMAIN.PAS\r\n");
+    EXPECT_EQ(test.workspace.project.Name, "Project");
+    EXPECT_EQ(test.workspace.settings.Recent[0], test.dialogs.answer);
+}
+
+TEST(ProjectCommands, ARecentProjectKeepsItsPlaceInTheList) {
+    TestWorkspace test;
+    test.folder.write("M.PAS", "x\r\n");
+    const std::string path = test.folder.write("a.TPJ", "A\r\n4000\r\nC000\r\nQ:\\M.PAS\r\n");
+    test.workspace.settings.Recent = {"other", path, "", "", ""};
+    openRecentEntry(test.workspace, 1);
+    EXPECT_EQ(test.workspace.project.Name, "A");
+    EXPECT_EQ(test.editor.content, "x\r\n");
+    EXPECT_EQ(test.workspace.settings.Recent[0], "other");
+}
+
+TEST(ProjectCommands, ARecentEntryOfAnotherKindDoesNothing) {
+    TestWorkspace test;
+    test.workspace.settings.Recent = {test.folder.write("a.inc", "x\r\n"), "", "", "", ""};
+    openRecentEntry(test.workspace, 0);
+    EXPECT_EQ(test.workspace.tree.count(), 0U);
+    EXPECT_TRUE(test.messages.shown.empty());
+}
+
+TEST(ProjectCommands, AProjectThatCannotBeSavedKeepsItsOldFile) {
+    TestWorkspace test;
+    test.workspace.project.Name = "Demo";
+    LoadProject(test.workspace, test.folder.write("m.pas", "x\r\n"));
+    test.folder.write("Demo.tpj", "old");
+    std::filesystem::permissions(test.folder.native() / "Demo.tpj", std::filesystem::perms::owner_read);
+    EXPECT_THROW(saveProject(test.workspace), RuntimeError);
+    EXPECT_EQ(test.folder.read("Demo.tpj"), "old");
+    EXPECT_EQ(test.workspace.settings.Recent[0], "");
+    std::filesystem::permissions(test.folder.native() / "Demo.tpj", std::filesystem::perms::owner_all);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
 #include "util/runtime_error.h"
@@ -86,6 +87,84 @@ TEST(ProjectLoading, CancellingTheLocateDialogIsFatalToTheLoadOnly) {
     EXPECT_EQ(test.messages.shown[0].title, "Fatal Error");
     EXPECT_EQ(test.editor.content, "");
     EXPECT_EQ(test.workspace.tree.node(2).text, "M.PAS");
+}
+
+TEST(ProjectLoading, AFatalErrorLeavesNothingToBeSaved) {
+    TestWorkspace test;
+    test.workspace.settings.UseTooltips = storedFalse;
+    LoadProject(test.workspace, test.folder.write("M.PAS", "begin end.\r\n"));
+    LoadProject(test.workspace, test.folder.path() + "NO.PAS");
+    EXPECT_EQ(test.editor.content, "");
+    EXPECT_FALSE(test.editor.modified());
+    saveModifiedText(test.workspace); // as a build does first
+    EXPECT_EQ(test.folder.read("M.PAS"), "begin end.\r\n");
+    EXPECT_EQ(test.workspace.project.Files.size(), 2U);
+    EXPECT_EQ(test.workspace.project.SelectedKey, "M.PAS0");
+}
+
+TEST(ProjectLoading, ADirectiveInACommentOrAStringCounts) {
+    TestWorkspace test;
+    test.workspace.settings.UseTooltips = storedFalse;
+    for (const char* const name : {"A.INC", "B.INC", "WRITELN(' A.INC');"})
+        test.folder.write(name, "x\r\n");
+    LoadProject(test.workspace,
+                test.folder.write("M.PAS", "(* {$I a.inc} *)\r\n{{$I B.INC}}\r\nwriteln('{$I a.inc}');\r\n"));
+    // What else stands on the line is part of the name: the first is "(*  A.INC *)", the second "{ B.INC".
+    EXPECT_EQ(test.workspace.tree.texts(),
+              (std::vector<std::string>{"Project", "M.PAS", "WRITELN(' A.INC');"}));
+}
+
+TEST(ProjectLoading, AnIncludeOfAnIncludeHasNoEntry) {
+    TestWorkspace test;
+    test.folder.write("A.INC", "{$I B.INC}\r\n");
+    test.folder.write("B.INC", "procedure B;\r\n");
+    test.folder.write("C.INC", "procedure C;\r\n");
+    LoadProject(test.workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n{$I C.INC}\r\n"));
+    const auto& project = test.workspace.project;
+    ASSERT_EQ(project.Files.size(), 4U);
+    EXPECT_EQ(project.Files[1].FileName, "M.PAS");
+    EXPECT_EQ(project.Files[2].FileName, "A.INC");
+    EXPECT_EQ(project.Files[3].FileName, "C.INC");
+    EXPECT_EQ(test.workspace.tree.texts(),
+              (std::vector<std::string>{"Project", "M.PAS", "A.INC", "C.INC", "B.INC"}));
+    EXPECT_EQ(test.workspace.tree.node(4).key, "C.INC2");
+    EXPECT_EQ(test.workspace.tree.node(5).key, "B.INC4");
+    EXPECT_EQ(test.workspace.tree.node(5).parent, 3U);
+    EXPECT_EQ(test.workspace.tree.node(3).image, TreeImage::expanded);
+    EXPECT_EQ(test.workspace.tree.node(4).image, TreeImage::includeFile);
+    EXPECT_EQ(test.workspace.FileRoutineLists.at(3).Headers, std::vector<std::string>{"B;"});
+}
+
+TEST(ProjectLoading, AMissingProjectFileIsReportedAndChangesNothing) {
+    TestWorkspace test;
+    LoadProject(test.workspace, test.folder.write("M.PAS", "m\r\n"));
+    EXPECT_FALSE(openProjectFile(test.workspace, test.folder.path() + "no.tpj"));
+    ASSERT_EQ(test.messages.shown.size(), 1U);
+    EXPECT_EQ(test.messages.shown[0].text,
+              "The project file " + test.folder.path() + "no.tpj cannot be read.\r\nFile not found");
+    EXPECT_EQ(test.editor.content, "m\r\n");
+    EXPECT_EQ(test.workspace.tree.node(2).text, "M.PAS");
+}
+
+TEST(ProjectLoading, RefreshWithoutAProjectSavesNothing) {
+    TestWorkspace test;
+    test.editor.setText("typed");
+    RefreshProject(test.workspace);
+    EXPECT_EQ(test.editor.content, "typed");
+    EXPECT_TRUE(test.editor.modified());
+}
+
+TEST(ProjectLoading, RefreshSavesUnderTheBareNameAndReadsTheProjectAgain) {
+    TestWorkspace test;
+    LoadProject(test.workspace, test.folder.write("M.PAS", "m\r\n"));
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(test.folder.native());
+    test.folder.write("A.INC", "a\r\n");
+    test.editor.setText("{$I A.INC}\r\n");
+    RefreshProject(test.workspace);
+    std::filesystem::current_path(former);
+    EXPECT_EQ(test.folder.read("M.PAS"), "{$I A.INC}\r\n");
+    EXPECT_EQ(test.workspace.tree.texts(), (std::vector<std::string>{"Project", "M.PAS", "A.INC"}));
 }
 
 TEST(ProjectLoading, ALocatedFileIsLoadedButTheFolderStays) {
