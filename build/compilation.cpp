@@ -62,6 +62,13 @@ class KitCopies {
     std::vector<const char*> present_;
 };
 
+/// While a build runs, its launcher is held open. A second build of the same project needs the same words in
+/// it.
+void writeLauncher(const std::string& path, const std::string& text) {
+    if (!FileExists(path) || readWholeFile(path) != text)
+        writeWholeFile(path, text);
+}
+
 /// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
 void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std::string& folder) {
     static constexpr const char* loader = "DOS2CASH.COM";
@@ -72,7 +79,7 @@ void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std
     KitCopies copies(folder);
     for (const char* const name : {loader, compiler, runtime, script})
         copies.add(kit, name);
-    writeWholeFile(kit + "rundb.bat", launchScript(workspace.AppDir, folder));
+    writeLauncher(kit + "rundb.bat", launchScript(workspace.AppDir, folder));
     processes.ShellAndWait(kit + "rundb.bat", false, true);
     for (const char* const name : {compiler, loader, runtime, script})
         copies.remove(name);

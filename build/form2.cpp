@@ -12,6 +12,20 @@ namespace tavrel {
 namespace {
 constexpr UINT blinkPeriod = 300; // milliseconds
 constexpr int pictureSide = 52;   // pixels at 96 to the inch
+
+/// Whether a text box holds more lines than it shows.
+bool hasHiddenLines(HWND box) {
+    RECT shown = {};
+    SendMessageA(box, EM_GETRECT, 0, std::bit_cast<LPARAM>(&shown));
+    HDC const context = GetDC(box);
+    HGDIOBJ const old = SelectObject(context, std::bit_cast<HGDIOBJ>(SendMessageA(box, WM_GETFONT, 0, 0)));
+    TEXTMETRICA font = {};
+    GetTextMetricsA(context, &font);
+    SelectObject(context, old);
+    ReleaseDC(box, context);
+    return SendMessageA(box, EM_GETLINECOUNT, 0, 0) * font.tmHeight > shown.bottom - shown.top;
+}
+
 } // namespace
 
 Form2::Form2(HWND owner, std::function<std::string()> projectName)
@@ -46,6 +60,8 @@ void Form2::opened() {
     enableTimer1(true);
     enableTimer2(false);
     ShowWindow(window_, SW_SHOW);
+    SetFocus(control(Form2_Text1));
+    SendMessageA(control(Form2_Text1), EM_SETSEL, 0, 0); // a dialog would show all of the text selected
     UpdateWindow(window_);
 }
 
@@ -82,7 +98,11 @@ std::string Form2::text() {
 
 void Form2::setText(const std::string& text) {
     open();
-    SetWindowTextA(control(Form2_Text1), text.c_str());
+    HWND const box = control(Form2_Text1);
+    ShowScrollBar(box, SB_VERT, FALSE);
+    SetWindowTextA(box, text.c_str());
+    if (hasHiddenLines(box))
+        ShowScrollBar(box, SB_VERT, TRUE);
 }
 
 void Form2::setImageVisible(int image, bool visible) {
@@ -159,7 +179,7 @@ INT_PTR CALLBACK Form2::dialogProcedure(HWND window, UINT message, WPARAM first,
         SetWindowLongPtrA(window, GWLP_USERDATA, second);
         form->window_ = window;
         form->opened();
-        return TRUE;
+        return FALSE; // the focus is set
     }
     auto* const form = std::bit_cast<Form2*>(GetWindowLongPtrA(window, GWLP_USERDATA));
     return form != nullptr && form->handle(message, first) ? TRUE : FALSE;

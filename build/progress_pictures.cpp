@@ -1,15 +1,16 @@
-// The progress window's pictures, drawn at four times their size and shrunk, which makes their edges smooth.
+// The progress window's pictures, drawn when it opens so that they fit any screen.
 #include "build/form2.h"
+#include "util/smooth_picture.h"
 
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace tavrel {
 
 namespace {
 
-constexpr int finer = 4;
 constexpr double designSide = 52; // coordinates below are in a square of this side
 
 class Canvas {
@@ -37,6 +38,20 @@ class Canvas {
         DeleteObject(pen);
     }
 
+    template <std::size_t count>
+    void polygon(const std::array<std::array<double, 2>, count>& corners, COLORREF colour) const {
+        std::array<POINT, count> points = {};
+        for (std::size_t i = 0; i < count; ++i)
+            points[i] = {at(corners[i][0]), at(corners[i][1])};
+        HBRUSH const brush = CreateSolidBrush(colour);
+        HGDIOBJ const oldBrush = SelectObject(context_, brush);
+        HGDIOBJ const oldPen = SelectObject(context_, GetStockObject(NULL_PEN));
+        Polygon(context_, points.data(), static_cast<int>(count));
+        SelectObject(context_, oldPen);
+        SelectObject(context_, oldBrush);
+        DeleteObject(brush);
+    }
+
   private:
     int at(double coordinate) const { return static_cast<int>(std::lround(coordinate * unit_)); }
 
@@ -44,15 +59,29 @@ class Canvas {
     double unit_;
 };
 
-/// A ring of dots; every other one is dark, and the frames change places.
+/// A gear of eight teeth around a bright hub; the second frame is the first one turned by half a tooth.
 void drawWorking(const Canvas& canvas, int frame) {
-    constexpr int dots = 8;
-    for (int dot = 0; dot < dots; ++dot) {
-        const double angle = 2 * std::numbers::pi * dot / dots;
-        const bool dark = dot % 2 == frame;
-        canvas.disc(designSide / 2 + 18 * std::sin(angle), designSide / 2 - 18 * std::cos(angle),
-                    dark ? 5.5 : 4, dark ? RGB(30, 90, 190) : RGB(160, 192, 235));
+    constexpr int teeth = 8;
+    constexpr double middle = designSide / 2;
+    constexpr COLORREF edge = RGB(24, 72, 150);
+    constexpr COLORREF metal = RGB(58, 118, 206);
+    for (const auto& [grown, colour] : {std::pair{1.0, edge}, std::pair{-0.8, metal}}) {
+        for (int tooth = 0; tooth < teeth; ++tooth) {
+            const double angle = 2 * std::numbers::pi * (tooth + 0.5 * frame) / teeth;
+            const auto corner = [&](double radius, double turn) {
+                return std::array<double, 2>{middle + radius * std::sin(angle + turn),
+                                             middle - radius * std::cos(angle + turn)};
+            };
+            const double foot = 0.25 + grown * 0.05;
+            const double tip = 0.15 + grown * 0.04;
+            canvas.polygon(std::array<std::array<double, 2>, 4>{{corner(14, -foot), corner(23 + grown, -tip),
+                                                                 corner(23 + grown, tip), corner(14, foot)}},
+                           colour);
+        }
+        canvas.disc(middle, middle, 17 + grown, colour);
     }
+    canvas.disc(middle, middle, 8.5, edge);
+    canvas.disc(middle, middle, 7, RGB(236, 243, 253));
 }
 
 void drawError(const Canvas& canvas, bool bright) {
@@ -87,28 +116,9 @@ void drawPicture(const Canvas& canvas, int image) {
 } // namespace
 
 HBITMAP makeProgressPicture(int image, int side, COLORREF background) {
-    HDC const screen = GetDC(nullptr);
-    HDC const large = CreateCompatibleDC(screen);
-    HDC const small = CreateCompatibleDC(screen);
-    const int largeSide = side * finer;
-    HBITMAP const drawing = CreateCompatibleBitmap(screen, largeSide, largeSide);
-    HBITMAP const result = CreateCompatibleBitmap(screen, side, side);
-    HGDIOBJ const oldLarge = SelectObject(large, drawing);
-    HGDIOBJ const oldSmall = SelectObject(small, result);
-    HBRUSH const brush = CreateSolidBrush(background);
-    const RECT all = {0, 0, largeSide, largeSide};
-    FillRect(large, &all, brush);
-    DeleteObject(brush);
-    drawPicture(Canvas(large, largeSide), image);
-    SetStretchBltMode(small, HALFTONE);
-    StretchBlt(small, 0, 0, side, side, large, 0, 0, largeSide, largeSide, SRCCOPY);
-    SelectObject(large, oldLarge);
-    SelectObject(small, oldSmall);
-    DeleteObject(drawing);
-    DeleteDC(large);
-    DeleteDC(small);
-    ReleaseDC(nullptr, screen);
-    return result;
+    return makeSmoothPicture(side, background, [&](HDC context) {
+        drawPicture(Canvas(context, side * smoothPictureScale), image);
+    });
 }
 
 } // namespace tavrel

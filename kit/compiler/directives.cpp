@@ -1,3 +1,4 @@
+#include "dos_name.h"
 #include "scanner.h"
 
 namespace tp3 {
@@ -5,29 +6,6 @@ namespace {
 
 constexpr char upper(int c) {
     return static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-}
-
-// Letters, digits and the punctuation that DOS takes in file names.
-constexpr bool isFileCharacter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("!#$%&'()-@^_`{}~").find(c) != std::string_view::npos;
-}
-
-// True for a name of at most eight characters with an extension of at most three.
-bool isDosName(std::string_view name) {
-    const std::size_t dot = name.find('.');
-    const std::string_view stem = name.substr(0, dot);
-    const std::string_view extension =
-        dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1);
-    if (stem.empty() || stem.size() > 8 || extension.size() > 3)
-        return false;
-    for (const char c : stem)
-        if (!isFileCharacter(c))
-            return false;
-    for (const char c : extension)
-        if (!isFileCharacter(c))
-            return false;
-    return true;
 }
 
 } // namespace
@@ -129,9 +107,11 @@ bool Scanner::directive(int letter) {
     }
 }
 
-// include = 'I' blank name; the rest of the comment is not looked at
+// include = 'I' blank name; what follows the name counts only in the message that there is no such file,
+// since it may be the rest of a name with a blank in it
 void Scanner::include(bool brace, Position position) {
     std::string name;
+    std::string whole;
     constexpr std::size_t longestPath = 127;
     while (peek() == ' ' || peek() == '\t')
         take();
@@ -144,18 +124,23 @@ void Scanner::include(bool brace, Position position) {
             inName = false;
         if (inName && name.size() < longestPath)
             name += upper(character);
+        if (whole.size() < longestPath)
+            whole += upper(character);
     }
     if (name.empty())
         return fail(Error::directive, position);
     const std::size_t folder = name.find_last_of("\\/:");
     const std::size_t start = folder == std::string::npos ? 0 : folder + 1;
     if (!isDosName(std::string_view(name).substr(start)))
-        return fail(Error::fileNotFound, position, name);
+        return fail(Error::fileNotFound, position, notADosName(name));
+    while (whole.back() <= ' ')
+        whole.pop_back();
+    const bool more = whole != name;
     if (name.find('.', start) == std::string::npos)
         name += ".PAS";
     if (sources_.size() > maximumIncludeDepth)
         return fail(Error::includeNesting, position, name);
-    push(name, position);
+    push(name, position, more ? notADosName(whole) : name);
 }
 
 } // namespace tp3

@@ -3,6 +3,7 @@
 // file.
 #include "compiler.h"
 #include "dos/dos.h"
+#include "dos_name.h"
 
 #include <optional>
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int exitCompileError = 1;
 constexpr int exitMisuse = 2;
+constexpr std::size_t longestCommand = 120; // characters; DOS keeps 126 at most
 constexpr std::string_view temporaryName = "TP3OUT.$$$";
 
 struct Arguments {
@@ -82,12 +84,14 @@ bool parse(std::string_view tail, Arguments& arguments) {
             if (word.size() < 2 || !takeSwitch(arguments, word)) {
                 return false;
             }
-        } else if (arguments.name.empty()) {
+        } else {
+            // A second word belongs to a name with a blank in it, which the error then tells whole.
+            if (!arguments.name.empty()) {
+                arguments.name += ' ';
+            }
             for (const char c : word) {
                 arguments.name += upper(c);
             }
-        } else {
-            return false;
         }
     }
     return !arguments.name.empty() && arguments.options.start >= tp3::defaultStart &&
@@ -179,7 +183,17 @@ void printReport(const std::string& report) {
 
 int dosMain() {
     dos::setOutOfMemoryHandler(outOfMemory);
-    if (!parse(dos::commandLine(), arguments)) {
+    const bool understood = parse(dos::commandLine(), arguments);
+    const std::string source = arguments.name + (arguments.name.find('.') == std::string::npos ? ".PAS" : "");
+    if (!arguments.name.empty() && !tp3::isDosName(source)) {
+        // DOS cuts a long command, and with it the name of the error file that somebody waits for.
+        if (arguments.errors.empty() && dos::commandLine().size() >= longestCommand) {
+            arguments.errors = "errors.txt";
+        }
+        writeError({tp3::Error::fileNotFound, {1, 0, 1}, source, tp3::notADosName(source)});
+        return exitCompileError;
+    }
+    if (!understood) {
         dos::print("Usage: TP3 NAME [/H] [/S<start>] [/E<end>] [/R<error file>]\r\n");
         // Whoever called wrongly waits for the error file too.
         tp3::Diagnostic wrong;
@@ -189,7 +203,6 @@ int dosMain() {
         writeError(wrong);
         return exitMisuse;
     }
-    const std::string source = arguments.name + (arguments.name.find('.') == std::string::npos ? ".PAS" : "");
     arguments.options.mainFile = source;
     DosHost host;
     const tp3::CompileResult result = tp3::compile(host, arguments.options);

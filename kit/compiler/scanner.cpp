@@ -112,15 +112,15 @@ void Scanner::lineEnd(int character) {
 }
 
 bool Scanner::open(std::string_view mainFile) {
-    return push(mainFile, Position{});
+    return push(mainFile, Position{}, mainFile);
 }
 
-bool Scanner::push(std::string_view name, Position position) {
+bool Scanner::push(std::string_view name, Position position, std::string_view shown) {
     std::unique_ptr<SourceReader> reader = host_.openSource(name);
     if (reader == nullptr) {
         if (sources_.empty())
             errors_.files.emplace_back(name);
-        fail(Error::fileNotFound, position, name);
+        fail(Error::fileNotFound, position, shown);
         return false;
     }
     std::size_t file = 0;

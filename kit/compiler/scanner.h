@@ -85,7 +85,7 @@ class Scanner {
     [[nodiscard]] Position here() const;
     void fail(Error error, Position position, std::string_view detail = {});
 
-    bool push(std::string_view name, Position position);
+    bool push(std::string_view name, Position position, std::string_view shown);
     bool popInclude();
 
     bool skipBlanks();

@@ -61,6 +61,34 @@ TEST_F(NewProjectDialog, WithoutASelectionOpenIsOff) {
               "");
 }
 
+TEST_F(NewProjectDialog, TwoHundredTemplatesAreAllThereInOrder) {
+    start();
+    std::vector<std::string> many;
+    for (int i = 0; i < 200; ++i)
+        many.push_back("Template " + std::to_string(1000 + i));
+    whenDialogOpens("New Project", [&](HWND dialog) {
+        HWND const list = GetDlgItem(dialog, Form5_LVProjects);
+        EXPECT_EQ(ListView_GetItemCount(list), 200);
+        std::array<char, 40> text{};
+        LVITEMA item = {};
+        item.pszText = text.data();
+        item.cchTextMax = static_cast<int>(text.size());
+        SendMessageA(list, LVM_GETITEMTEXTA, 199, std::bit_cast<LPARAM>(&item));
+        EXPECT_STREQ(text.data(), "Template 1199");
+        select(dialog, 150);
+        ListView_EnsureVisible(list, 150, FALSE);
+        RECT place = {};
+        ListView_GetItemRect(list, 150, &place, LVIR_BOUNDS);
+        RECT client = {};
+        GetClientRect(list, &client);
+        EXPECT_GE(place.top, 0);
+        EXPECT_LE(place.bottom, client.bottom);
+        EXPECT_LE(place.right, client.right) << "rows wrap, so that there is nothing to scroll sideways";
+        press(dialog, Form5_Command1);
+    });
+    EXPECT_EQ(showNewProjectDialog(form->window(), many), "0Template 1150");
+}
+
 TEST_F(NewProjectDialog, OpensAtStartUpAndCreatesAProject) {
     writeSettings(program.path(), SetDefaultSettings(program.path()));
     program.makeFolder("projects\\DEMO");

@@ -73,6 +73,20 @@ TEST(Errors, MissingIncludeIsNamedWithoutFolderOfTheHolder) {
     EXPECT_EQ(parsed.diagnostic.detail, "TWO.PAS");
 }
 
+TEST(Errors, AnIncludeThatDosCannotNameIsNamedWhole) {
+    MemoryHost host;
+    const std::string reason = " (DOS takes names of 8 characters, a dot and 3)";
+    for (const char* const name : {"MUCHTOOLONG.INC", "A.LONG", "TWO.DOTS.INC", "MY FILE.INC", "A+B.INC"}) {
+        host.files["MAIN.PAS"] = "begin\n{$I " + std::string(name) + " } end.";
+        const Parsed parsed = parse(host);
+        EXPECT_EQ(parsed.error(), "90 2:3") << name;
+        EXPECT_EQ(parsed.diagnostic.detail, name + reason);
+    }
+    host.files["MY.INC"] = "";
+    host.files["MAIN.PAS"] = "begin\n{$I my.inc and more words} end.";
+    EXPECT_EQ(parse(host).error(), "none");
+}
+
 TEST(Errors, TextsHoldNoQuotes) {
     for (int number = 1; number < 100; ++number)
         EXPECT_EQ(errorText(static_cast<Error>(number)).find_first_of("\"'"), std::string_view::npos);

@@ -26,6 +26,7 @@ struct Options {
     DWORD timeout = 60'000;         ///< milliseconds
     bool key = false;               ///< press the shortcut instead of choosing from the menu
     bool time = false;              ///< print how long it took
+    bool autoexec = false;          ///< check the box of the New Project dialog
 };
 
 /// Asks again and again until the condition holds or the time is over.
@@ -157,6 +158,9 @@ int timeProcess(std::string commandLine) {
     return 0;
 }
 
+/// Waits for what a build that runs comes to, and prints it; `start` is when it was asked for.
+int reportOutcome(const Options& options, ULONGLONG start);
+
 int compileAndReport(const Options& options) {
     mainWindow(options);
     if (HWND const old = progressWindow()) {
@@ -165,7 +169,10 @@ int compileAndReport(const Options& options) {
     }
     if (const int refused = chooseCommand(options, commandNamed("mnuCompile")))
         return refused;
-    const ULONGLONG start = GetTickCount64();
+    return reportOutcome(options, GetTickCount64());
+}
+
+int reportOutcome(const Options& options, ULONGLONG start) {
     std::string text;
     waitUntil(options, "the outcome of the compilation", [&] {
         if (HWND const box = dialogBox()) {
@@ -266,6 +273,56 @@ int typeText(const Options& options, const std::string& text) {
     return 0;
 }
 
+/// Selects a template in the New Project dialog by its name and presses Open.
+int chooseTemplate(const Options& options, const std::string& name) {
+    HWND dialog = nullptr;
+    waitUntil(options, "the New Project dialog", [&] {
+        dialog = FindWindowA("#32770", "New Project");
+        return dialog != nullptr && IsWindowVisible(dialog) != 0;
+    });
+    if (options.autoexec)
+        SendDlgItemMessageA(dialog, Form5_Check1, BM_CLICK, 0, 0);
+    if (!selectListItem(GetDlgItem(dialog, Form5_LVProjects), name)) {
+        std::printf("no template is called %s\n", name.c_str());
+        return 1;
+    }
+    PostMessageA(dialog, WM_COMMAND, Form5_Command1, 0);
+    return 0;
+}
+
+/// Gives a file dialog a path and presses its first button. Prints the dialog's title.
+int nameFile(const Options& options, const std::string& path) {
+    constexpr int nameField = 0x480; // edt1 of the system's dialogs
+    HWND dialog = nullptr;
+    waitUntil(options, "a file dialog", [&] {
+        while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
+            if (IsWindowVisible(dialog) != 0 && GetDlgItem(dialog, nameField) != nullptr)
+                return true;
+        }
+        return false;
+    });
+    std::printf("%s\n", windowText(dialog).c_str());
+    SendDlgItemMessageA(dialog, nameField, WM_SETTEXT, 0, std::bit_cast<LPARAM>(path.c_str()));
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    waitUntil(options, "the file dialog to close", [&] { return IsWindow(dialog) == 0; });
+    return 0;
+}
+
+/// Presses Esc in the progress window of a build that runs, and waits for the window to go.
+int escapeProgress(const Options& options) {
+    HWND window = nullptr;
+    waitUntil(options, "the progress window", [&] { return (window = progressWindow()) != nullptr; });
+    PostMessageA(GetDlgItem(window, Form2_Text1), WM_KEYDOWN, VK_ESCAPE, 0);
+    waitUntil(options, "the progress window to close", [&] { return IsWindow(window) == 0; });
+    return 0;
+}
+
+/// Puts the caret at the start of a line, counted from 1.
+int goToLine(const Options& options, int line) {
+    SendMessageA(editorPane(mainWindow(options)), SCI_GOTOLINE, static_cast<WPARAM>(line - 1), 0);
+    return 0;
+}
+
 int closeProgram(const Options& options) {
     HWND const form = mainWindow(options);
     PostMessageA(form, WM_CLOSE, 0, 0);
@@ -284,6 +341,16 @@ int perform(const Options& options) {
     };
     if (verb == "compile-and-report")
         return compileAndReport(options);
+    if (verb == "outcome")
+        return reportOutcome(options, GetTickCount64());
+    if (verb == "template")
+        return chooseTemplate(options, argument());
+    if (verb == "file")
+        return nameFile(options, argument());
+    if (verb == "escape")
+        return escapeProgress(options);
+    if (verb == "go-to-line")
+        return goToLine(options, std::stoi(argument()));
     if (verb == "time-process")
         return timeProcess(argument());
     if (verb == "tree")
@@ -315,6 +382,8 @@ Options readOptions(int count, char** arguments) {
             options.key = true;
         else if (word == "--time")
             options.time = true;
+        else if (word == "--autoexec")
+            options.autoexec = true;
         else if (word == "--timeout" && i + 1 < count)
             options.timeout = static_cast<DWORD>(std::stod(arguments[++i]) * 1000);
         else
@@ -333,11 +402,13 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "drive: %s\n", error.what());
         return 2;
     } catch (const std::exception& error) {
-        std::fprintf(stderr,
-                     "drive: %s\nusage: drive compile-and-report [--time]|time-process "
-                     "COMMANDLINE|tree|status|caret|text|type TEXT|menu NAME|"
-                     "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
-                     error.what());
+        std::fprintf(
+            stderr,
+            "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|template NAME [--autoexec]|"
+            "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
+            "tree|status|caret|text|type TEXT|menu NAME|"
+            "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
+            error.what());
         return 3;
     }
 }

@@ -82,6 +82,27 @@ std::vector<TreeEntry> treeEntries(HWND tree) {
     return entries;
 }
 
+bool selectListItem(HWND list, const std::string& text) {
+    const RemoteMemory memory(list, sizeof(LVITEMA) + textRoom);
+    LVITEMA request = {};
+    request.pszText = std::bit_cast<char*>(memory.addressAt(sizeof request));
+    request.cchTextMax = static_cast<int>(textRoom);
+    const LRESULT count = SendMessageA(list, LVM_GETITEMCOUNT, 0, 0);
+    for (LRESULT item = 0; item < count; ++item) {
+        memory.write(&request, sizeof request);
+        SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(item), memory.address());
+        if (memory.text(sizeof request, textRoom) != text)
+            continue;
+        LVITEMA selected = {};
+        selected.state = LVIS_SELECTED | LVIS_FOCUSED;
+        selected.stateMask = selected.state;
+        memory.write(&selected, sizeof selected);
+        SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(item), memory.address());
+        return true;
+    }
+    return false;
+}
+
 std::string statusText(HWND statusBar, int part) {
     const RemoteMemory memory(statusBar, textRoom);
     SendMessageA(statusBar, SB_GETTEXTA, static_cast<WPARAM>(part), memory.address());

@@ -40,6 +40,9 @@ struct TreeEntry {
 /// All nodes of a tree view, parents before children.
 std::vector<TreeEntry> treeEntries(HWND tree);
 
+/// Selects the item of a list view that has this text. False when there is none.
+bool selectListItem(HWND list, const std::string& text);
+
 /// Text of a status bar's part (from 0).
 std::string statusText(HWND statusBar, int part);
 

@@ -1,0 +1,34 @@
+#include "dos_name.h"
+
+namespace tp3 {
+namespace {
+
+// Letters, digits and the punctuation that DOS takes in file names.
+constexpr bool isFileCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("!#$%&'()-@^_`{}~").find(c) != std::string_view::npos;
+}
+
+} // namespace
+
+bool isDosName(std::string_view name) {
+    const std::size_t dot = name.find('.');
+    const std::string_view stem = name.substr(0, dot);
+    const std::string_view extension =
+        dot == std::string_view::npos ? std::string_view() : name.substr(dot + 1);
+    if (stem.empty() || stem.size() > 8 || extension.size() > 3)
+        return false;
+    for (const char c : stem)
+        if (!isFileCharacter(c))
+            return false;
+    for (const char c : extension)
+        if (!isFileCharacter(c))
+            return false;
+    return true;
+}
+
+std::string notADosName(std::string_view name) {
+    return std::string(name) + " (DOS takes names of 8 characters, a dot and 3)";
+}
+
+} // namespace tp3
