@@ -21,6 +21,11 @@ std::optional<std::string> headerBehind(std::string_view keyword, const std::str
 } // namespace
 
 std::optional<std::string> routineHeader(std::string_view line) {
+    // Nearly every line ends here, before it is copied and turned into upper case.
+    const std::size_t first = line.find_first_not_of(' ');
+    if (first == std::string_view::npos ||
+        std::string_view("FfPp").find(line[first]) == std::string_view::npos)
+        return std::nullopt;
     const std::string trimmed = trimBlanks(line);
     const std::string upper = upperCase(trimmed);
     if (auto header = headerBehind("FUNCTION ", trimmed, upper))

@@ -3,6 +3,7 @@
 #include "app/resource.h"
 #include "util/window_placing.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -32,7 +33,20 @@ HIMAGELIST makeImageList() {
     return ImageList1;
 }
 
+/// Room for a name of some words under each picture, and as many columns as the list's width takes whole.
+void spreadIcons(HWND LVProjects) {
+    const ScreenScale scale = screenScale();
+    const int desiredWidth = MulDiv(95, scale.pixelsPerInchX, 96);
+    const int height = MulDiv(80, scale.pixelsPerInchY, 96);
+    RECT client = {};
+    GetClientRect(LVProjects, &client);
+    const int room = static_cast<int>(client.right) - GetSystemMetrics(SM_CXVSCROLL);
+    const int columns = std::max(room / desiredWidth, 1);
+    SendMessageA(LVProjects, LVM_SETICONSPACING, 0, MAKELPARAM(room / columns, height));
+}
+
 void fillList(HWND LVProjects, const std::vector<std::string>& templates) {
+    spreadIcons(LVProjects);
     // The list view owns its image list and frees it with itself.
     SendMessageA(LVProjects, LVM_SETIMAGELIST, LVSIL_NORMAL, std::bit_cast<LPARAM>(makeImageList()));
     for (std::size_t i = 0; i < templates.size(); ++i) {

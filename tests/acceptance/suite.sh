@@ -3,45 +3,7 @@
 # progress window, runs the program from the disk image. Needs a display, Wine with WINEPREFIX set, an assembled
 # program folder, drive.exe, recorder.exe and msxrun, and mtools.
 set -u
-root=$(cd "$(dirname "$0")/../.." && pwd)
-program=$root/out/Tavrel
-drive_program=$root/out/bin/drive.exe
-export LC_ALL=C.UTF-8 WINEDEBUG=${WINEDEBUG:--all}
-work=$(mktemp -d)
-cd "$work" || exit 1 # DOSBox leaves its stdout.txt in the folder where the program was started
-passed=0
-failed=0
-tavrel_process=
-
-cleanup() {
-  [[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null
-  rm -rf "$work" "$work.run" "$work.program"
-}
-trap cleanup EXIT
-
-drive() { wine "$drive_program" "$@" --timeout 60 2> /dev/null | tr -d '\r'; return "${PIPESTATUS[0]}"; }
-start() {
-  wine "$program/Tavrel.exe" "$(winepath -w "$1" 2> /dev/null)" > /dev/null 2>&1 &
-  tavrel_process=$!
-}
-# Closes the program; $ended says how that went. Not for a subshell: the program is this shell's child.
-stop() {
-  drive close > /dev/null
-  wait "$tavrel_process"
-  ended="ended $?"
-  tavrel_process=
-}
-
-# check NAME EXPECTED-PART ACTUAL
-check() {
-  if [[ $3 == *"$2"* ]]; then
-    echo "ok   $1"
-    passed=$((passed + 1))
-  else
-    printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
-    failed=$((failed + 1))
-  fi
-}
+source "$(dirname "$0")/using.sh"
 
 cp "$root"/share/samples/hello/* "$work"/
 start "$work/HELLO.TPJ"
@@ -63,7 +25,6 @@ check "the program ends when it is closed" "ended 0" "$ended"
 # Compile and Run, in a program folder with settings of its own: the emulator is a program that records its command
 # line, and the disk image lies in a folder whose name holds a blank.
 text_record() { printf '%b' "$(printf '\\x%02x\\x%02x' $((${#1} % 256)) $((${#1} / 256)))"; printf '%s' "$1"; }
-windows_name() { printf 'Z:%s' "${1//\//\\}"; }
 folder_files() { (cd "$1" && ls) | tr a-z A-Z | sort; }
 
 write_settings() { # PROGRAM-FOLDER EMULATOR ARGUMENTS DISK-FOLDER
@@ -168,5 +129,4 @@ check "nothing of the kit is left behind" "kit: 0" "kit: $(ls "$work" | grep -c 
 stop
 check "a missing kit file ends nothing" "ended 0" "$ended"
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+summary

@@ -4,6 +4,8 @@
 #include "app/resource.h"
 #include "tests/acceptance/drive/remote.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdio>
 #include <functional>
@@ -290,20 +292,36 @@ int chooseTemplate(const Options& options, const std::string& name) {
     return 0;
 }
 
+BOOL CALLBACK findNameField(HWND control, LPARAM found) {
+    constexpr std::array<int, 2> nameFields = {0x480, 0x47C}; // edt1 and cmb13 of the system's dialogs
+    const int identifier = GetDlgCtrlID(control);
+    if (std::find(nameFields.begin(), nameFields.end(), identifier) == nameFields.end())
+        return TRUE;
+    *std::bit_cast<HWND*>(found) = control;
+    return FALSE;
+}
+
+/// The field for the file's name in the file dialog that is up, if any.
+HWND fileNameField() {
+    HWND dialog = nullptr;
+    while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
+        HWND field = nullptr;
+        if (IsWindowVisible(dialog) != 0)
+            EnumChildWindows(dialog, findNameField, std::bit_cast<LPARAM>(&field));
+        if (field != nullptr)
+            return field;
+    }
+    return nullptr;
+}
+
 /// Gives a file dialog a path and presses its first button. Prints the dialog's title.
 int nameFile(const Options& options, const std::string& path) {
-    constexpr int nameField = 0x480; // edt1 of the system's dialogs
-    HWND dialog = nullptr;
-    waitUntil(options, "a file dialog", [&] {
-        while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
-            if (IsWindowVisible(dialog) != 0 && GetDlgItem(dialog, nameField) != nullptr)
-                return true;
-        }
-        return false;
-    });
+    HWND field = nullptr;
+    waitUntil(options, "a file dialog", [&] { return (field = fileNameField()) != nullptr; });
+    HWND const dialog = GetAncestor(field, GA_ROOT);
     std::printf("%s\n", windowText(dialog).c_str());
-    SendDlgItemMessageA(dialog, nameField, WM_SETTEXT, 0, std::bit_cast<LPARAM>(path.c_str()));
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    SendMessageA(field, WM_SETTEXT, 0, std::bit_cast<LPARAM>(path.c_str()));
+    PostMessageA(GetParent(field), WM_COMMAND, IDOK, 0);
     waitUntil(options, "the file dialog to close", [&] { return IsWindow(dialog) == 0; });
     return 0;
 }
