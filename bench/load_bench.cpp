@@ -4,6 +4,7 @@
 #include "app/form1.h"
 #include "project/project_loading.h"
 #include "settings/settings.h"
+#include "tests/app/fake_printer.h"
 #include "tests/support/fakes.h"
 #include "util/files.h"
 
@@ -65,8 +66,8 @@ class Bench {
         program_.write("help\\autocomplete.txt", "Abs(X)\r\n");
         for (int i = 0; i < includes; ++i)
             folder_.write("PART" + std::to_string(i) + ".INC", source(linesOfInclude, false));
-        form_ = std::make_unique<Form1>(Form1Seams{messages_, dialogs_, registry_, processes_, shell_},
-                                        program_.path());
+        form_ = std::make_unique<Form1>(
+            Form1Seams{messages_, dialogs_, registry_, processes_, shell_, printer_}, program_.path());
         form_->load("");
         bare_ = CreateWindowExA(0, "Scintilla", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 700, 500, nullptr,
                                 nullptr, GetModuleHandleA(nullptr), nullptr);
@@ -118,6 +119,7 @@ class Bench {
     test::FakeRegistry registry_;
     test::FakeProcessRunner processes_;
     test::FakeShell shell_;
+    test::FakePrinter printer_;
     std::unique_ptr<Form1> form_;
     HWND bare_ = nullptr;
 };
