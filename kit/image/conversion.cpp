@@ -3,6 +3,8 @@
 #include "image/palette_choice.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace image {
@@ -19,14 +21,6 @@ struct Usable {
 Usable usableEntries(const Screen& screen) {
     const int first = screen.form == PixelForm::pattern ? 1 : 0;
     return {first, screen.colours - first};
-}
-
-MsxPalette bestPalette(const Raster<Light>& wanted, Usable& usable) {
-    const auto colours = choosePalette(wanted, static_cast<std::size_t>(usable.count));
-    MsxPalette palette = powerOnPalette;
-    std::copy(colours.begin(), colours.end(), palette.begin() + usable.first);
-    usable.count = static_cast<int>(colours.size());
-    return palette;
 }
 
 /// Draws row after row, with error diffusion alternately from the left and from the right, and passes errors
@@ -92,6 +86,67 @@ class Drawing {
     std::vector<Light> shownLight_;
 };
 
+MsxPalette paletteOf(const std::vector<MsxColour>& colours, const Usable& usable) {
+    MsxPalette palette = powerOnPalette;
+    std::copy(colours.begin(), colours.end(), palette.begin() + usable.first);
+    return palette;
+}
+
+/// Every second pixel of every second row.
+Raster<Light> sampled(const Raster<Light>& picture) {
+    Raster<Light> result(picture.width / 2, picture.height / 2);
+    for (int y = 0; y < result.height; ++y) {
+        for (int x = 0; x < result.width; ++x)
+            result.at(x, y) = picture.at(2 * x, 2 * y);
+    }
+    return result;
+}
+
+double meanDistance(const Raster<Light>& x, const Raster<Light>& y) {
+    double sum = 0;
+    for (std::size_t i = 0; i < x.pixels.size(); ++i)
+        sum += std::sqrt(squaredDistance(okLab(x.pixels[i]), okLab(y.pixels[i])));
+    return sum / static_cast<double>(x.pixels.size());
+}
+
+/// How well a palette does with error diffusion: mostly the difference from afar, somewhat that of the single
+/// pixels, which else would stand out.
+double mixingError(const Raster<Light>& wanted, const MsxPalette& palette, const Usable& usable) {
+    constexpr float deviation = 1.5F;
+    constexpr double graininess = 0.3;
+    Screen screen = *findScreen(5);
+    screen.width = wanted.width;
+    screen.height = wanted.height;
+    std::vector<std::uint8_t> memory(wanted.pixels.size());
+    const auto encoder =
+        makePaletteEncoder(screen, palette, usable.first, usable.count, Dither::errorDiffusion, memory);
+    Drawing(wanted, *encoder, true).draw();
+    const Raster<Light> result = lightOf(shownPicture(screen, memory, palette));
+    return meanDistance(fromAfar(wanted, deviation), fromAfar(result, deviation)) +
+           graininess * meanDistance(wanted, result);
+}
+
+/// The nearest colours; for dithering, of palettes that reach out more or less the one that mixes best.
+MsxPalette bestPalette(const Raster<Light>& wanted, Dither dither, Usable& usable) {
+    const auto count = static_cast<std::size_t>(usable.count);
+    auto best = choosePalette(wanted, count);
+    if (dither != Dither::none) {
+        const Raster<Light> sample = sampled(wanted);
+        double smallest = std::numeric_limits<double>::max();
+        for (const float spread : {1.0F, 1.1F, 1.2F, 1.3F}) {
+            const auto colours = choosePalette(sample, count, spread);
+            const Usable tried = {usable.first, static_cast<int>(colours.size())};
+            const double error = mixingError(sample, paletteOf(colours, tried), tried);
+            if (error < smallest) {
+                smallest = error;
+                best = colours;
+            }
+        }
+    }
+    usable.count = static_cast<int>(best.size());
+    return paletteOf(best, usable);
+}
+
 /// What lies behind the picture: sprites out of sight, and the palette where BASIC looks for it.
 void finishMemory(const Screen& screen, const MsxPalette& palette, std::vector<std::uint8_t>& memory) {
     if (screen.spriteAttributes != 0)
@@ -120,7 +175,7 @@ Conversion convert(Raster<Light> wanted, const Options& options) {
     result.memory.resize(screen.memoryBytes);
     Usable usable = usableEntries(screen);
     if (screen.hasPalette())
-        result.palette = options.palette ? *options.palette : bestPalette(wanted, usable);
+        result.palette = options.palette ? *options.palette : bestPalette(wanted, options.dither, usable);
     const auto encoder =
         makeEncoder(screen, result.palette, usable.first, usable.count, options.dither, result.memory);
     Drawing(wanted, *encoder, options.dither == Dither::errorDiffusion).draw();

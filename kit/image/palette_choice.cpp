@@ -39,20 +39,41 @@ std::vector<Bin> binsOf(const Raster<Light>& picture) {
     return bins;
 }
 
+/// The colours as they are seen, moved away from their mean by a factor.
+std::vector<Lab> spreadColours(const std::vector<Bin>& bins, float factor) {
+    std::vector<Lab> colours;
+    Lab mean;
+    float count = 0;
+    for (const Bin& bin : bins) {
+        const Lab seen = okLab(bin.light);
+        colours.push_back(seen);
+        count += bin.count;
+        mean = {mean.lightness + seen.lightness * bin.count, mean.a + seen.a * bin.count,
+                mean.b + seen.b * bin.count};
+    }
+    mean = {mean.lightness / count, mean.a / count, mean.b / count};
+    const auto spread = [factor](float middle, float value) { return middle + factor * (value - middle); };
+    for (Lab& colour : colours)
+        colour = {spread(mean.lightness, colour.lightness), spread(mean.a, colour.a),
+                  spread(mean.b, colour.b)};
+    return colours;
+}
+
 /// Looks for the set of colours with the smallest sum of differences: one after the other at first, each the
 /// best addition, then as long as an exchange of one makes the sum smaller. (The k-medoids problem; the
 /// exchange for all members in one go is that of E. Schubert and P. Rousseeuw, 2019.)
 class Choice {
   public:
-    explicit Choice(const Raster<Light>& picture) : bins_(binsOf(picture)), nearest_(bins_.size()) {
+    Choice(const Raster<Light>& picture, float spread) : bins_(binsOf(picture)), nearest_(bins_.size()) {
         cost_.resize(bins_.size() * candidates);
         std::vector<Lab> colours;
         for (std::size_t c = 0; c < candidates; ++c)
             colours.push_back(okLab(lightOf(shown(candidate(c)))));
-        for (std::size_t i = 0; i < bins_.size(); ++i) {
-            const Lab seen = okLab(bins_[i].light);
-            for (std::size_t c = 0; c < candidates; ++c)
-                cost_[c * bins_.size() + i] = std::sqrt(squaredDistance(seen, colours[c])) * bins_[i].count;
+        const std::vector<Lab> wanted = spreadColours(bins_, spread);
+        for (std::size_t c = 0; c < candidates; ++c) {
+            for (std::size_t i = 0; i < bins_.size(); ++i)
+                cost_[c * bins_.size() + i] =
+                    std::sqrt(squaredDistance(wanted[i], colours[c])) * bins_[i].count;
         }
     }
 
@@ -162,9 +183,9 @@ float lightness(const MsxColour& colour) {
 
 } // namespace
 
-std::vector<MsxColour> choosePalette(const Raster<Light>& picture, std::size_t count) {
+std::vector<MsxColour> choosePalette(const Raster<Light>& picture, std::size_t count, float spread) {
     std::vector<MsxColour> colours;
-    for (const std::size_t number : Choice(picture).choose(count))
+    for (const std::size_t number : Choice(picture, spread).choose(count))
         colours.push_back(candidate(number));
     std::sort(colours.begin(), colours.end(),
               [](const MsxColour& x, const MsxColour& y) { return lightness(x) < lightness(y); });

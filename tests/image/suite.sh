@@ -99,5 +99,9 @@ for screen in 2 5 6 7 8 12; do
   done
 done
 
+"$root/bench/image" > quality.txt 2>&1
+check "the colours are not further off than ImageMagick's" 0 $?
+tail -n 40 quality.txt
+
 echo "$passed passed, $failed failed"
 ((failed == 0))
