@@ -13,6 +13,14 @@ void Selector::stackOperation(Ir& ir) {
         emit(Op::addHl, code(Pair::sp));
         emit(Op::ldSpHl);
     };
+    if (ir.op == IrOp::stackCheck && isFree(Pair::de) && !isFree(Pair::hl) && !isPinned(Reg::h)) {
+        emit(Op::exDeHl); // cheaper than to copy what HL holds
+        for (const Reg half : {Reg::e, Reg::d}) {
+            const unsigned other = code(half) + 2U;
+            registers_.content[code(half)] = registers_.content[other];
+            registers_.content[other] = {};
+        }
+    }
     makeFree(Pair::hl);
     switch (ir.op) {
     case IrOp::stackAllocate:
@@ -59,7 +67,6 @@ void Selector::externalOperation(Ir& ir) {
     switch (ir.op) {
     case IrOp::push:
         emit(Op::push, code(fetchPair(ir.a, anyPair)));
-        consume(ir.a);
         return;
     case IrOp::pushResult:
         // The call has just been made, so that no register holds anything else.
