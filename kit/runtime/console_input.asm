@@ -31,13 +31,14 @@
         ret
 
 ; readEnd: a Read (not ReadLn) is done. What is left of a line is not used any more, because the next Read asks for a
-; new one. Destroys AF, HL. 35 T without a ^Z.
+; new one. Destroys AF, IX. 100 T.
 @readEnd:
-        ld      hl,heldKey
-        ld      a,(hl)
+        call    inputSource
+        ret     p
+        ld      a,(ix + fileHeld)
         cp      ctrlZ
         ret     nz
-        ld      (hl),0                  ; one ^Z ends one Read
+        ld      (ix + fileHeld),0       ; one ^Z ends one Read
         ret
 
 ; readLine: a ReadLn is done: the rest of the line is dropped and its end echoed. A ReadLn without items that follows no
@@ -64,15 +65,19 @@ _unbuffered:
         ret     nz
 _next:
         call    peekCharacter
+        cp      ctrlZ
+        jr      z,@readEnd
         push    af
-        xor     a
-        ld      (heldKey),a
+        call    takeCharacter
         pop     af
         cp      carriageReturn
-        ret     z
-        cp      ctrlZ
-        ret     z
-        jr      _next
+        jr      nz,_next
+        call    inputSource
+        ret     m
+        call    peekFile                ; a file has a line feed behind it
+        cp      lineFeed
+        ret     nz
+        jp      takeCharacter
 
 ; readChar: In: HL = address of the Char: the next character, #13 at the end of the line, #26 at the end of input.
 ; Destroys all.
@@ -140,7 +145,9 @@ _next:
         jr      z,_blank
         ld      (hl),a
         push    hl
+        push    bc
         call    takeCharacter
+        pop     bc
         pop     hl
 _stored:
         inc     hl
@@ -235,9 +242,15 @@ _parse:
         or      a
         ret
 
-; inputIsBuffered: Out: NZ when standard input is read by the line. Destroys AF. 38 T.
+; inputIsBuffered: Out: NZ when input comes from the line. Destroys AF. 64 T.
 inputIsBuffered:
-        ld      a,(programFlags)
+        ld      a,(selectedInput + 1)
+        cp      1                       ; carry when none is selected
+        sbc     a,a
+        push    hl
+        ld      hl,programFlags
+        and     (hl)
+        pop     hl
         and     1 shl flagBuffered
         ret
 
@@ -259,26 +272,11 @@ _lineEnd:
         ld      a,(lineTerminator)
         ret
 _unbuffered:
-        ld      a,(heldKey)
-        or      a
-        ret     nz
-        call    getKey
-        ld      (heldKey),a
-        cp      ctrlZ
-        ret     z
-        push    af
-        ld      e,a
-        call    putAlways
-        pop     af
-        cp      carriageReturn
-        ret     nz
-        ld      e,lineFeed
-        call    putAlways
-        ld      a,carriageReturn
-        ret
+        call    inputSource
+        jp      peekFile
 
-; takeCharacter: steps behind what peekCharacter has given; stays at the end of a line and of input.
-; Destroys AF, HL.
+; takeCharacter: steps behind what peekCharacter has given; stays at the end of a typed line and of input.
+; Destroys all.
 takeCharacter:
         call    inputIsBuffered
         jr      z,_unbuffered
@@ -289,22 +287,18 @@ takeCharacter:
         inc     (hl)
         ret
 _unbuffered:
-        ld      hl,heldKey
-        ld      a,(hl)
-        cp      ctrlZ
-        ret     z
-        ld      (hl),0
-        ret
+        call    inputSource
+        jp      takeFile
 
 ; getKey: waits for a key. Out: A. ^C breaks the program when it was compiled for that. Destroys all.
 ; The raw BDOS function is used so that the break is reported as Pascal's, with its address.
 getKey:
-        ld      c,7
-        call    bdosCall
+        ld      hl,(@conInPtr)
+        call    callDriver
         cp      ctrlC
         ret     nz
-        ld      a,(programFlags)
-        rrca                            ; flagControlC into carry
+        ld      a,(@cBreak)
+        rrca
         ld      a,ctrlC
         ret     nc
         jp      userBreak

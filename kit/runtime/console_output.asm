@@ -2,16 +2,25 @@
 ;
 ; After an I/O error nothing is written until the program has asked for the I/O result.
 
-; writeChar, putChar: In: A = character. Destroys all. 61 T; 33 T while I/O is suspended.
+; writeChar, putChar: In: A = character. Destroys all. 120 T; 33 T while I/O is suspended.
 @writeChar:
 putChar:
         ld      e,a
         ld      a,(ioStatus)
         or      a
         ret     nz
+        ld      hl,(selectedOutput)
+        or      h
+        ld      a,e
+        jp      nz,putSelected
 
-; putAlways: In: E = character. Destroys all. 35 T. Writes even while I/O is suspended.
+; putAlways: In: E = character, to the console. Destroys all. 70 T. Writes even while I/O is suspended.
 putAlways:
+        ld      hl,(@conOutPtr)
+        ld      a,e
+        jp      (hl)
+consoleOutput:
+        ld      e,a
         ld      a,(outputFunction)
         ld      c,a
         ld      a,e

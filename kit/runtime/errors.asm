@@ -2,9 +2,10 @@
 
 stackMargin     equ 128         ; bytes that must stay free between heap and stack
 
-; halt: jumped to; ends the program. Console output is not buffered and the screen's state was not changed, so nothing
-; is left to do but to return to MSX-DOS.
+; halt: jumped to; ends the program: closes the open files. Console output is not buffered and the screen's state was not
+; changed.
 @halt:
+        call    closeAll
         jp      0
 
 ; stackError, indexError, rangeError: called; report run-time error FF, 90 or 91 at the caller. Do not return.
@@ -48,6 +49,9 @@ endReport:
 beginReport:
         xor     a
         ld      (ioStatus),a
+        ld      h,a
+        ld      l,a
+        ld      (selectedOutput),hl
         push    de
         call    @writeLine
         pop     hl

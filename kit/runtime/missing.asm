@@ -1,30 +1,5 @@
 ; Entries that this library does not have yet: a program that calls one of them stops with a message.
 
-@fileAssignText:
-@fileAssignTyped:
-@fileAssignUntyped:
-@fileReset:
-@fileRewrite:
-@fileClose:
-@fileErase:
-@fileFlush:
-@fileRename:
-@fileSeek:
-@filePosition:
-@fileSize:
-@fileEof:
-@fileEoln:
-@fileSeekEof:
-@fileSeekEoln:
-@fileRead:
-@fileWrite:
-@fileBlockRead:
-@fileBlockWrite:
-@fileBlockCheck:
-@selectOutput:
-@selectInput:
-@selectStandardOutput:
-@selectStandardInput:
 @chain:
 @execute:
 @overlayCall:
@@ -44,20 +19,3 @@ _text:
 _end:
 
 ; Variables of such entries.
-@inputFile:             defs 4
-@outputFile:            defs 4
-@conFile:               defs 4
-@trmFile:               defs 4
-@kbdFile:               defs 4
-@lstFile:               defs 4
-@auxFile:               defs 4
-@usrFile:               defs 4
-@conStPtr:              defs 2
-@conInPtr:              defs 2
-@conOutPtr:             defs 2
-@lstOutPtr:             defs 2
-@auxInPtr:              defs 2
-@auxOutPtr:             defs 2
-@usrInPtr:              defs 2
-@usrOutPtr:             defs 2
-@cBreak:                defs 1

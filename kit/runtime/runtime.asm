@@ -58,6 +58,9 @@ delete          equ 7Fh
         include real_root.asm
         include real_functions.asm
         include real_text.asm
+        include file.asm
+        include file_record.asm
+        include file_text.asm
         include set.asm
         include heap.asm
         include memory.asm

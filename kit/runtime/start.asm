@@ -63,6 +63,9 @@ _notEnough:
         ld      (outputFunction),a
         xor     a
         ld      (ioStatus),a
+        ld      h,a
+        ld      l,a
+        ld      (selectedOutput),hl
         ld      hl,notEnoughText
         call    @writeString
         pop     hl
@@ -109,6 +112,7 @@ initialiseVariables:
 
         ld      a,(imageStart + imageFlags)
         ld      (programFlags),a
+        ld      (@cBreak),a
         rrca                            ; flagControlC into carry
         ld      a,2                     ; console output that reacts to ^C and ^S
         jr      c,_set

@@ -2,8 +2,8 @@
 
 ; keyPressed: Out: A = 1 when a key waits, otherwise 0. Destroys all.
 @keyPressed:
-        ld      c,0Bh
-        call    bdosCall
+        ld      hl,(@conStPtr)
+        call    callDriver
         and     1
         ret
 

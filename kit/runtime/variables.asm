@@ -3,6 +3,16 @@
 bufLenDefault   equ 127         ; characters in a line unless the program sets BufLen for the next read
 lineMaximum     equ 127         ; and never more
 
+; The drivers, as the file has them: a program that chains to another one keeps its own.
+@conStPtr:              defw consoleStatus
+@conInPtr:              defw consoleInput
+@conOutPtr:             defw consoleOutput
+@lstOutPtr:             defw printerOutput
+@auxInPtr:              defw auxiliaryInput
+@auxOutPtr:             defw auxiliaryOutput
+@usrInPtr:              defw consoleInput
+@usrOutPtr:             defw consoleOutput
+
 ; Words and bytes with a start value of their own.
 stackTop:               defs 2  ; the program's initial stack pointer
 @stackLimit:            defs 2
@@ -32,16 +42,23 @@ lineLimit:              defs 1  ; characters that the user may type
 lineTerminator:         defs 1  ; what follows the characters: CR or ^Z
 lineTaken:              defs 1  ; not 0: a line was asked for whose end is not echoed yet
 recallLength:           defs 1  ; characters in lineBuffer that ^D and ^R bring back
-heldKey:                defs 1  ; unbuffered input: the key looked at but not taken, or 0
 lineBuffer:             defs lineMaximum
 
 itemTarget:             defs 2  ; where the item being read goes
 itemLimit:              defs 1
 parseSign:              defs 1  ; not 0: a minus sign was read
 parameterNumber:        defs 1
+selectedOutput:         defs 2  ; text file that the write entries go to; 0: the console
+selectedInput:          defs 2  ; text file that the read entries take from; 0: Input
+openFiles:              defs 2  ; the first open disk file
 wholeCount:             defs 2  ; digits before the point; the high byte stays 0
 clearedVariablesEnd:
 
+currentFile:            defs 2
+fileScratch:            defs 4  ; a typed file's header
+blockFailure:           defs 1  ; I/O result of an incomplete block transfer
+askMode:                defs 1
+@cBreak:                defs 1  ; ^C in a Read breaks
 realStack:              defs 2  ; stack pointer in the entry that works on reals, for an error's address
 realSign:               defs 1  ; bit 7: the result's sign
 realQuotient:           defs 5

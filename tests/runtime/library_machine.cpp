@@ -197,6 +197,84 @@ std::uint8_t LibraryMachine::nextKey() {
     return key;
 }
 
+// Only what the library uses; names stand for clusters, and nothing is cut when it is not closed.
+std::pair<std::uint8_t, std::uint16_t> LibraryMachine::serveFile(std::uint8_t function, std::uint16_t block,
+                                                                 std::uint16_t count) {
+    const auto nameAt = [this](unsigned at) {
+        std::string stem = text(static_cast<std::uint16_t>(at), 8);
+        std::string type = text(static_cast<std::uint16_t>(at + 8), 3);
+        stem.erase(stem.find_last_not_of(' ') + 1);
+        type.erase(type.find_last_not_of(' ') + 1);
+        return type.empty() ? stem : stem + "." + type;
+    };
+    const std::string name = nameAt(block + 1U);
+    const auto size = static_cast<std::uint16_t>(block + 16);
+    const auto missing = std::pair<std::uint8_t, std::uint16_t>{0xFF, noise()};
+    if (name.empty() || (function == 0x16 && files.size() >= 112)) {
+        return missing;
+    }
+    if (function == 0x16) {
+        files[name].clear();
+    }
+    const auto file = files.find(name);
+    if (file == files.end()) {
+        return missing;
+    }
+    if (function == 0x13) {
+        files.erase(file);
+    } else if (function == 0x17) {
+        const std::string newName = nameAt(block + 17U);
+        if (files.contains(newName)) {
+            return missing;
+        }
+        files[newName] = file->second;
+        files.erase(name);
+    } else if (function == 0x26 || function == 0x27) {
+        const std::uint8_t result = transferBlock(file->second, block, count, function == 0x26);
+        setWord(size, static_cast<std::uint16_t>(file->second.size()));
+        return {result, count};
+    } else if (function != 0x10) {
+        setWord(size, static_cast<std::uint16_t>(file->second.size()));
+        setWord(static_cast<std::uint16_t>(size + 2), static_cast<std::uint16_t>(file->second.size() >> 16U));
+    }
+    return {0, noise()};
+}
+
+std::uint8_t LibraryMachine::transferBlock(std::string& bytes, std::uint16_t block, std::uint16_t& count,
+                                           bool writes) {
+    const std::size_t record = word(static_cast<std::uint16_t>(block + 14));
+    const auto random = static_cast<std::uint16_t>(block + 33);
+    const std::size_t number = word(random) | byte(static_cast<std::uint16_t>(block + 35)) << 16U;
+    const std::size_t start = number * record;
+    std::size_t done = count;
+    if (writes) {
+        std::size_t used = 0;
+        for (const auto& [name, content] : files) {
+            used += content.size();
+        }
+        const std::size_t end = start + count * record;
+        if (end > bytes.size() && used + end - bytes.size() > diskRoom) {
+            return 1;
+        }
+        bytes.resize(std::max(bytes.size(), end), static_cast<char>(0xE5));
+        for (std::size_t index = 0; index < count * record; ++index) {
+            bytes[start + index] = static_cast<char>(memory_[(transferAddress_ + index) & 0xFFFFU]);
+        }
+    } else {
+        const std::size_t left = start < bytes.size() ? bytes.size() - start : 0;
+        done = std::min<std::size_t>(count, (left + record - 1) / record);
+        for (std::size_t index = 0; index < done * record; ++index) {
+            memory_[(transferAddress_ + index) & 0xFFFFU] =
+                start + index < bytes.size() ? static_cast<std::uint8_t>(bytes[start + index]) : 0;
+        }
+    }
+    setWord(random, static_cast<std::uint16_t>(number + done));
+    setByte(static_cast<std::uint16_t>(block + 35), static_cast<std::uint8_t>((number + done) >> 16U));
+    const bool complete = done == count;
+    count = static_cast<std::uint16_t>(done);
+    return complete ? 0 : 1;
+}
+
 void LibraryMachine::serveBdos() {
     Z80EX_CONTEXT* const cpu = processor_.get();
     const std::uint8_t function = low(z80ex_get_reg(cpu, regBC));
@@ -234,6 +312,31 @@ void LibraryMachine::serveBdos() {
         hl = 0x0B1E;
         de = 0x2D07;
         break;
+    case 0x03:
+        a = auxiliaryInput.empty() ? endOfKeys : static_cast<std::uint8_t>(auxiliaryInput.front());
+        auxiliaryInput.erase(0, 1);
+        break;
+    case 0x04:
+        auxiliary += static_cast<char>(low(parameter));
+        break;
+    case 0x05:
+        printer += static_cast<char>(low(parameter));
+        break;
+    case 0x1A:
+        transferAddress_ = parameter;
+        break;
+    case 0x0F:
+    case 0x10:
+    case 0x13:
+    case 0x16:
+    case 0x17:
+    case 0x26:
+    case 0x27: {
+        const auto answer = serveFile(function, parameter, z80ex_get_reg(cpu, regHL));
+        a = answer.first;
+        hl = answer.second;
+        break;
+    }
     default:
         throw std::runtime_error("BDOS function " + std::to_string(function) + " is not expected");
     }

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -73,11 +74,16 @@ class LibraryMachine {
     std::string string(std::uint16_t at) const { return text(static_cast<std::uint16_t>(at + 1), byte(at)); }
     void setString(std::uint16_t at, std::string_view characters);
 
-    std::string output;         ///< what the console has shown; tests clear it
-    std::string keys;           ///< keys to come; ^Z for ever behind the last
-    std::vector<int> functions; ///< BDOS functions called
-    bool ended = false;         ///< the program has given control back to MSX-DOS
-    std::uint64_t tStates = 0;  ///< of the last call, without its CALL instruction
+    std::string output;                       ///< what the console has shown; tests clear it
+    std::string keys;                         ///< keys to come; ^Z for ever behind the last
+    std::vector<int> functions;               ///< BDOS functions called
+    std::map<std::string, std::string> files; ///< the disk: bytes by name ("NAME.TYP"), as closed or not
+    std::size_t diskRoom = 700'000;           ///< bytes that all files together may have
+    std::string printer;                      ///< what went to the printer
+    std::string auxiliary;                    ///< what went to the auxiliary device
+    std::string auxiliaryInput;               ///< what comes from there
+    bool ended = false;                       ///< the program has given control back to MSX-DOS
+    std::uint64_t tStates = 0;                ///< of the last call, without its CALL instruction
     bool otherRegistersKept =
         false; ///< the last call has left IX, IY and the alternate registers as they were
     std::uint16_t programCounter = 0; ///< where the start has jumped to
@@ -94,12 +100,17 @@ class LibraryMachine {
 
     void runTo(std::uint16_t stopAt);
     void serveBdos();
+    /// A file function of the BDOS: A, and HL for block transfers.
+    std::pair<std::uint8_t, std::uint16_t> serveFile(std::uint8_t function, std::uint16_t block,
+                                                     std::uint16_t count);
+    std::uint8_t transferBlock(std::string& bytes, std::uint16_t block, std::uint16_t& count, bool writes);
     std::uint8_t nextKey();
     std::uint16_t noise();
 
     std::array<std::uint8_t, 0x10000> memory_{};
     std::unique_ptr<_z80_cpu_context, ProcessorDeleter> processor_;
     std::uint32_t noise_ = 0x2545F491U;
+    std::uint16_t transferAddress_ = 0x80;
 };
 
 /// The bytes of RUNTIME.COM.

@@ -150,9 +150,9 @@ TEST_F(OutputTest, IntegersTakeNoLongerThanDocumented) {
         printed(RuntimeEntry::writeInteger, inHL(value));
         longest = std::max(longest, machine.tStates);
     }
-    EXPECT_LE(longest, 2344U);
+    EXPECT_LE(longest, 2716U);
     printed(RuntimeEntry::writeInteger, inHL(7));
-    EXPECT_LE(machine.tStates, 367U);
+    EXPECT_LE(machine.tStates, 429U);
 }
 
 } // namespace

@@ -1,0 +1,183 @@
+; Typed files: a header, then the records, transferred directly between the disk and the record's variable. Untyped files:
+; blocks of 128 bytes.
+
+; beginRecord: as beginFile, but the file must be an open typed or untyped one.
+beginRecord:
+        call    checkFile
+        jp      c,leaveFile
+        ld      a,(ix + fileState)
+        cp      stateOpen
+        ret     nc
+        call    notOpen
+        jp      leaveFile
+
+; fileSeek: In: HL = file, DE = record. Destroys all.
+@fileSeek:
+        call    beginRecord
+        ld      l,(ix + fileRecords)
+        ld      h,(ix + fileRecords + 1)
+        or      a
+        sbc     hl,de
+        ld      a,ioSeekPastEnd
+        jp      c,failFile
+        ld      (ix + fileNumber),e
+        ld      (ix + fileNumber + 1),d
+        ret
+
+; filePosition, fileSize: In: HL = file. Out: HL = the record that comes next, the number of records. Destroy all.
+@filePosition:
+        call    beginRecord
+        ld      l,(ix + fileNumber)
+        ld      h,(ix + fileNumber + 1)
+        ret
+@fileSize:
+        call    beginRecord
+        ld      l,(ix + fileRecords)
+        ld      h,(ix + fileRecords + 1)
+        ret
+
+; fileRead, fileWrite: In: HL = file, DE = address of the record. Destroy all.
+@fileRead:
+        call    beginRecord
+        call    recordsLeft
+        ld      a,ioEndOfFile
+        jp      z,failFile
+        call    recordPlace
+        ld      c,27h
+        call    transferBytes
+        or      a
+        ld      a,ioEndOfFile
+        jp      nz,failFile
+        ld      hl,1
+
+; advanceFile: HL records further; the file's size grows with it. In: IX. Destroys AF, DE. Keeps HL.
+advanceFile:
+        push    hl
+        ld      e,(ix + fileNumber)
+        ld      d,(ix + fileNumber + 1)
+        add     hl,de
+        ld      (ix + fileNumber),l
+        ld      (ix + fileNumber + 1),h
+        ld      e,(ix + fileRecords)
+        ld      d,(ix + fileRecords + 1)
+        ex      de,hl
+        or      a
+        sbc     hl,de
+        pop     hl
+        ret     nc
+        ld      (ix + fileRecords),e
+        ld      (ix + fileRecords + 1),d
+        ret
+
+@fileWrite:
+        call    beginRecord
+        ld      (ix + fileState),stateChanged
+        call    recordPlace
+        call    writeBytes
+        ret     nz
+        ld      hl,1
+        jr      advanceFile
+
+; recordsLeft: Out: HL = records up to the end, Z when there are none. Destroys F, BC.
+recordsLeft:
+        ld      l,(ix + fileRecords)
+        ld      h,(ix + fileRecords + 1)
+        ld      c,(ix + fileNumber)
+        ld      b,(ix + fileNumber + 1)
+        or      a
+        sbc     hl,bc
+        ret
+
+; recordPlace: the next transfer is the next record of the typed file IX. Out: HL = its size. Keeps DE; destroys AF, BC.
+recordPlace:
+        push    de
+        ld      c,(ix + fileRecord)
+        ld      b,(ix + fileRecord + 1)
+        push    bc
+        ld      e,(ix + fileNumber)
+        ld      d,(ix + fileNumber + 1)
+        ; DE:HL = BC * DE + header
+        ld      hl,0
+        ld      a,16
+_next:
+        add     hl,hl
+        rl      e
+        rl      d
+        jr      nc,_bit
+        add     hl,bc
+        jr      nc,_bit
+        inc     de
+_bit:
+        dec     a
+        jr      nz,_next
+        ld      bc,typedHeader
+        add     hl,bc
+        jr      nc,$ + 3
+        inc     de
+        call    setRandom
+        pop     hl
+        pop     de
+        ret
+
+; fileBlockRead, fileBlockWrite: In: HL = file, DE = address, BC = blocks. Out: HL = blocks done. Destroy all.
+@fileBlockRead:
+        ld      a,ioEndOfFile
+        ld      (blockFailure),a
+        call    beginRecord
+        push    bc
+        call    recordsLeft
+        pop     bc
+        or      a
+        sbc     hl,bc
+        add     hl,bc
+        jr      c,_rest                 ; no more than there are
+        ld      h,b
+        ld      l,c
+_rest:
+        ld      a,27h
+        jr      transferBlocks
+@fileBlockWrite:
+        ld      a,ioWriteError
+        ld      (blockFailure),a
+        call    beginRecord
+        ld      h,b
+        ld      l,c
+        ld      a,26h
+transferBlocks:                         ; HL blocks, A = function
+        ld      c,a
+        ld      a,h
+        or      l
+        ret     z
+        push    hl
+        push    de
+        ld      l,(ix + fileNumber)
+        ld      h,(ix + fileNumber + 1)
+        ld      de,0
+        call    setRandom
+        pop     de
+        pop     hl
+        push    hl
+        push    bc
+        call    transferBytes
+        pop     bc
+        pop     de
+        bit     0,c
+        jr      nz,_done                ; reading: HL blocks
+        ex      de,hl
+        or      a
+        jr      z,_done
+        ld      hl,0
+_done:
+        jp      advanceFile
+
+; fileBlockCheck: In: HL = blocks done, DE = blocks wanted: an I/O result when they differ. Destroys AF, HL.
+@fileBlockCheck:
+        or      a
+        sbc     hl,de
+        ret     z
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
+        ld      a,(blockFailure)
+        ld      (ioStatus),a
+        ret
