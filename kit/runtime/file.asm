@@ -48,6 +48,7 @@ ioSeekPastEnd   equ 91h
 ioEndOfFile     equ 99h
 ioWriteError    equ 0F0h
 ioDirectoryFull equ 0F1h
+ioTooLarge      equ 0F2h
 ioVanished      equ 0FFh
 
 fileCreate      equ 16h

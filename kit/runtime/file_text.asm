@@ -98,9 +98,18 @@ auxiliaryInput:
         ld      c,3
         jp      bdosCall
 consoleInput:
+        ld      hl,keptKey
+        ld      a,(hl)
+        ld      (hl),0
+        or      a
+        ret     nz
         ld      c,7
         jp      bdosCall
 consoleStatus:
+        ld      a,(keptKey)
+        or      a
+        ld      a,1
+        ret     nz
         ld      c,0Bh
         jp      bdosCall
 

@@ -61,6 +61,7 @@ delete          equ 7Fh
         include file.asm
         include file_record.asm
         include file_text.asm
+        include chain.asm
         include set.asm
         include heap.asm
         include memory.asm

@@ -56,3 +56,12 @@ sendEscape:
         pop     hl
         ld      a,l
         jp      putChar
+
+; lowVideo, normVideo, highVideo, crtInit, crtExit: nothing, for the screen has one kind of text and needs no preparation.
+; 10 T.
+@lowVideo:
+@normVideo:
+@highVideo:
+@crtInit:
+@crtExit:
+        ret

@@ -9,27 +9,12 @@ recursionDistance equ 1024      ; of RecurPtr from StackPtr at the start; nothin
 start:
         ld      a,(imageStart + imageEntry)
         cp      0C3h                    ; JP: every image begins with one
-        jr      nz,_noProgram
+        jr      nz,noProgram
 
-        ld      hl,(topOfTpa)
-        ld      de,(imageStart + imageEnd)
-        or      a
-        sbc     hl,de
-        add     hl,de                   ; carry again as the subtraction had it
-        jr      c,_notEnough            ; HL available, DE wanted
-
-        ld      hl,(imageStart + imageHeapBottom)
-        ld      de,minimumStack
-        add     hl,de
-        ex      de,hl
-        ld      hl,(imageStart + imageStackTop)
-        jr      c,_notEnough
-        sbc     hl,de
-        add     hl,de
-        jr      c,_notEnough
+        ld      ix,imageStart
+        call    checkMemory
 
         ; From here on the stack of MSX-DOS, which may lie where the program's data go, is not used any more.
-        ld      (stackTop),hl
         ld      sp,hl
         call    initialiseVariables
 
@@ -50,12 +35,34 @@ start:
         lddr
         ret
 
-_noProgram:
+noProgram:
         ld      de,noProgramText
         ld      c,9
         call    bdosCall
         jp      0
 
+; checkMemory: In: IX = header of a chain image. Out: HL = stackTop = its top of the stack; ends the program with a message
+; when the memory is too small for it. Destroys AF, DE.
+checkMemory:
+        ld      hl,(topOfTpa)
+        ld      e,(ix + imageEnd)
+        ld      d,(ix + imageEnd + 1)
+        or      a
+        sbc     hl,de
+        add     hl,de                   ; carry again as the subtraction had it
+        jr      c,_notEnough            ; HL available, DE wanted
+        ld      l,(ix + imageHeapBottom)
+        ld      h,(ix + imageHeapBottom + 1)
+        ld      de,minimumStack
+        add     hl,de
+        ex      de,hl
+        ld      l,(ix + imageStackTop)
+        ld      h,(ix + imageStackTop + 1)
+        jr      c,_notEnough
+        sbc     hl,de
+        add     hl,de
+        ld      (stackTop),hl
+        ret     nc
 _notEnough:
         push    hl
         push    de
@@ -87,8 +94,7 @@ wantedText:
 availableText:
         defb    initialiseVariables - $ - 1,' available',13,10
 
-; initialiseVariables: the library's variables from the image's header, which still lies at imageStart.
-; Destroys AF, BC, DE, HL.
+; initialiseVariables: the library's variables from the image's header. In: IX = header. Destroys AF, BC, DE, HL.
 initialiseVariables:
         ld      hl,clearedVariables
         ld      bc,clearedVariablesEnd - clearedVariables
@@ -107,10 +113,11 @@ initialiseVariables:
         ld      de,-recursionDistance
         add     hl,de
         ld      (@recurPtr),hl
-        ld      hl,(imageStart + imageHeapBottom)
+        ld      l,(ix + imageHeapBottom)
+        ld      h,(ix + imageHeapBottom + 1)
         call    setHeapTop
 
-        ld      a,(imageStart + imageFlags)
+        ld      a,(ix + imageFlags)
         ld      (programFlags),a
         ld      (@cBreak),a
         rrca                            ; flagControlC into carry

@@ -38,6 +38,60 @@ _loop:
 @bdosHL:
         jp      bdosCall
 
+; bios: In: DE = function, 0 for WBOOT, BC = parameter. Out: HL = what it returns in A. biosHL: HL as it returns it.
+; By the jump table to which address 0001h points. Destroy all.
+@bios:
+        call    @biosHL
+        ld      l,a
+        ld      h,0
+        ret
+@biosHL:
+        ld      hl,(0001h)
+        add     hl,de
+        add     hl,de
+        add     hl,de
+        jp      (hl)
+
+; userBreakPoll: looks for ^C, which is a user break at the caller. Another key is kept for the next that reads one; until
+; then none is looked for. Keeps all registers. 440 T without a key that waits.
+@userBreakPoll:
+        ld      (entryStack),sp
+        push    af
+        ld      a,(keptKey)
+        or      a
+        jr      nz,_kept
+        push    bc
+        push    de
+        push    hl
+        push    ix
+        push    iy
+        exx
+        ex      af,af'
+        push    af
+        push    bc
+        push    de
+        push    hl
+        ld      e,0FFh
+        ld      c,6
+        call    bdosCall
+        cp      ctrlC
+        jp      z,userBreak
+        ld      (keptKey),a
+        pop     hl
+        pop     de
+        pop     bc
+        pop     af
+        ex      af,af'
+        exx
+        pop     iy
+        pop     ix
+        pop     hl
+        pop     de
+        pop     bc
+_kept:
+        pop     af
+        ret
+
 ; paramCount: Out: HL = number of words in the command line behind the program's name. Destroys AF, BC, DE.
 @paramCount:
         xor     a

@@ -50,6 +50,7 @@ parseSign:              defs 1  ; not 0: a minus sign was read
 parameterNumber:        defs 1
 selectedOutput:         defs 2  ; text file that the write entries go to; 0: the console
 selectedInput:          defs 2  ; text file that the read entries take from; 0: Input
+keptKey:                defs 1  ; key that userBreakPoll has found, or 0
 openFiles:              defs 2  ; the first open disk file
 wholeCount:             defs 2  ; digits before the point; the high byte stays 0
 clearedVariablesEnd:

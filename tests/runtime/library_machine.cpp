@@ -244,7 +244,8 @@ std::uint8_t LibraryMachine::transferBlock(std::string& bytes, std::uint16_t blo
                                            bool writes) {
     const std::size_t record = word(static_cast<std::uint16_t>(block + 14));
     const auto random = static_cast<std::uint16_t>(block + 33);
-    const std::size_t number = word(random) | byte(static_cast<std::uint16_t>(block + 35)) << 16U;
+    const std::size_t number = word(random) | std::size_t{byte(static_cast<std::uint16_t>(block + 35))}
+                                                  << 16U;
     const std::size_t start = number * record;
     std::size_t done = count;
     if (writes) {
@@ -289,9 +290,10 @@ void LibraryMachine::serveBdos() {
         break;
     case 0x06:
         if (low(parameter) == 0xFF) {
-            throw std::runtime_error("direct input is not expected");
+            a = keys.empty() ? 0 : nextKey();
+        } else {
+            output += static_cast<char>(low(parameter));
         }
-        output += static_cast<char>(low(parameter));
         break;
     case 0x07:
         a = nextKey();
