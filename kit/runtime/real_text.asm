@@ -9,7 +9,7 @@ maximumDecimals equ 24
 defaultDecimals equ 10          ; of the exponent form at its longest
 
 ; writeReal: In: HL = source, DE = width: exponent form. writeRealFixed: BC = decimals besides, 0 to 24; otherwise the
-; exponent form. Destroy all. For 3.1415926536 12000 T and as writeChars.
+; exponent form. Destroy all. For 3.1415926536 in 18 columns 19000 T.
 @writeReal:
         ld      bc,-1
 @writeRealFixed:
@@ -85,10 +85,8 @@ _decimals:
         call    layOutReal
 
         ; The digits: a 0 for a carry, those before the point, those behind it as far as they are needed.
-        ld      hl,digitBuffer
-        ld      bc,digitBufferEnd - digitBuffer
         xor     a
-        call    @fillBytes
+        ld      (digitBuffer),a
         call    wholeDigits             ; A = their number
         ld      (wholeCount),a
         ld      e,a
@@ -153,8 +151,10 @@ _enough:
         ; Round, clear what lies behind.
         ld      h,d
         ld      l,e
+        ld      a,(textDecimals)
+        add     a,a
         ld      a,(hl)
-        cp      5
+        jr      c,_round                ; the exponent form does not go on behind it
         push    af
         ld      b,60
 _clear:
@@ -162,6 +162,8 @@ _clear:
         inc     hl
         djnz    _clear
         pop     af
+_round:
+        cp      5
         jr      c,_rounded
 _carry:
         dec     de

@@ -281,8 +281,8 @@ TEST_F(RealTextTest, TakesNoLongerThanDocumented) {
     const std::uint64_t writing = machine.tStates;
     value("3.1415926536");
     std::cout << "writeReal(pi:18): " << writing << " T, stringToReal: " << machine.tStates << " T\n";
-    EXPECT_LE(writing, 30'000U);
-    EXPECT_LE(machine.tStates, 90'000U);
+    EXPECT_LE(writing, 19'500U);
+    EXPECT_LE(machine.tStates, 83'000U);
 }
 
 } // namespace
