@@ -43,7 +43,7 @@ class KitCopies {
     KitCopies& operator=(const KitCopies&) = delete;
 
     void add(const std::string& kit, const char* name) {
-        copyFile(kit + name, folder_ + name);
+        writeTemporaryFile(folder_ + name, readWholeFile(kit + name));
         present_.push_back(name);
     }
     void remove(const char* name) {
@@ -66,7 +66,7 @@ class KitCopies {
 /// it.
 void writeLauncher(const std::string& path, const std::string& text) {
     if (!FileExists(path) || readWholeFile(path) != text)
-        writeWholeFile(path, text);
+        writeTemporaryFile(path, text);
 }
 
 /// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
@@ -218,8 +218,8 @@ bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output outp
     tools.progress.show();
     const unsigned buildsBefore = workspace.lastBuild.number;
     try {
-        writeWholeFile(workspace.AppDir + "compiler\\turbopc.bat",
-                       compileScript(output, programName, project.StartAddress, project.EndAddress));
+        writeTemporaryFile(workspace.AppDir + "compiler\\turbopc.bat",
+                           compileScript(output, programName, project.StartAddress, project.EndAddress));
         runCompiler(workspace, tools.processes, folder);
     } catch (const RuntimeError&) {
         tools.progress.close(); // it would go on telling of a compilation that is over

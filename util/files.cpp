@@ -29,14 +29,36 @@ void removeIfPossible(FileSystem& system, const std::string& path) noexcept {
 }
 
 /// The new content lies whole beside the old one before it takes its place.
-void replaceContent(FileSystem& system, const std::string& path, std::string_view bytes) {
+void replaceContent(FileSystem& system, const std::string& path, std::string_view bytes, bool flush) {
     const std::unique_ptr<OutputFile> fresh = system.createBeside(path);
     try {
-        writeAndClose(*fresh, bytes, true);
+        writeAndClose(*fresh, bytes, flush);
         system.replace(fresh->path(), path);
     } catch (const RuntimeError&) {
         removeIfPossible(system, fresh->path());
         throw;
+    }
+}
+
+void writeFile(const std::string& path, std::string_view bytes, bool flush) {
+    if (path.empty() || path.find('\0') != std::string::npos)
+        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
+    FileSystem& system = currentFileSystem();
+    try {
+        switch (system.kindOf(path)) {
+        case TargetKind::folder:
+        case TargetKind::readOnlyFile: // a rename would replace it without a word
+            throw RuntimeError(RuntimeErrorNumber::pathFileAccessError);
+        case TargetKind::device: // cannot be replaced by a file
+            writeAndClose(*system.openDevice(path), bytes, false);
+            break;
+        case TargetKind::missing:
+        case TargetKind::file:
+            replaceContent(system, path, bytes, flush);
+            break;
+        }
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.number(), path); // not the name of a file that the user does not know
     }
 }
 
@@ -51,25 +73,11 @@ void useFileSystem(FileSystem* other) noexcept {
 }
 
 void writeWholeFile(const std::string& path, std::string_view bytes) {
-    if (path.empty() || path.find('\0') != std::string::npos)
-        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
-    FileSystem& system = currentFileSystem();
-    try {
-        switch (system.kindOf(path)) {
-        case TargetKind::folder:
-        case TargetKind::readOnlyFile: // a rename would replace it without a word
-            throw RuntimeError(RuntimeErrorNumber::pathFileAccessError);
-        case TargetKind::device: // cannot be replaced by a file
-            writeAndClose(*system.openDevice(path), bytes, false);
-            break;
-        case TargetKind::missing:
-        case TargetKind::file:
-            replaceContent(system, path, bytes);
-            break;
-        }
-    } catch (const RuntimeError& error) {
-        throw RuntimeError(error.number(), path); // not the name of a file that the user does not know
-    }
+    writeFile(path, bytes, true);
+}
+
+void writeTemporaryFile(const std::string& path, std::string_view bytes) {
+    writeFile(path, bytes, false);
 }
 
 void deleteFileIfPossible(const std::string& path) noexcept {

@@ -19,6 +19,10 @@ std::string readWholeFile(const std::string& path);
 /// 70, 75, 76): a new file is written beside it, flushed, closed, and then put in its place by one rename.
 void writeWholeFile(const std::string& path, std::string_view bytes);
 
+/// As writeWholeFile, but does not wait until the bytes are on the disk: for a file that is made anew
+/// whenever it is needed, and whose loss in a power cut harms nobody.
+void writeTemporaryFile(const std::string& path, std::string_view bytes);
+
 /// Deletes a file. Throws RuntimeError 53, 70, 75 or 76.
 void deleteFile(const std::string& path);
 
