@@ -129,6 +129,7 @@ void Form1::removeShortcutKeysFromEditor() {
 void Form1::load(const std::string& argument) {
     removeShortcutKeysFromEditor();
     AutocompleteList_ = readAutocompleteList(workspace_->AppDir);
+    autocompleteIndex_.build(AutocompleteList_);
     workspace_->LastDir = workspace_->AppDir;
     layout_ = firstLayout(layout_, measures());
     place(layout_);

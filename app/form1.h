@@ -8,6 +8,7 @@
 #include "build/form2.h"
 #include "editor/code_editor.h"
 #include "editor/find_dialogs.h"
+#include "editor/prefix_index.h"
 #include "project/tree_view.h"
 #include "project/workspace.h"
 #include "util/message_pump.h"
@@ -150,6 +151,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     bool waitPointer_ = false;
     bool loaded_ = false;
     std::vector<std::string> AutocompleteList_;
+    PrefixIndex autocompleteIndex_;
     std::unique_ptr<CodeEditor> Code1_;
     std::unique_ptr<TreeView> TV_;
     std::unique_ptr<Workspace> workspace_;

@@ -47,9 +47,10 @@ void Form1::showSignatureFor(int character) {
     if (character != '(' && character != '[')
         return;
     setPanel(StatusPanel::message, "");
-    const auto signature =
-        findSignature(searchedWord(Code1_->wordAtCaret()), AutocompleteList_, workspace_->FileRoutineLists,
-                      workspace_->tree.count(), [this] { RefreshTooltips(*workspace_); });
+    const auto signature = findSignature(
+        searchedWord(Code1_->wordAtCaret()),
+        {AutocompleteList_, autocompleteIndex_, workspace_->FileRoutineLists, workspace_->tree.count()},
+        [this] { RefreshTooltips(*workspace_); });
     if (signature)
         setPanel(StatusPanel::message, *signature);
 }

@@ -19,6 +19,34 @@ bool isBracket(const ScintillaView& view, sptr_t position) {
                std::string_view::npos;
 }
 
+/// The position of the bracket that belongs to the one at `position`, or INVALID_POSITION. Far off it is not
+/// looked for: in a large source with a missing bracket each key would wait for the whole rest of the text.
+sptr_t partnerOf(const ScintillaView& view, sptr_t position) {
+    constexpr sptr_t farthest = 200'000; // characters
+    const sptr_t length = view.call(SCI_GETLENGTH);
+    const auto kind = [&](sptr_t at) { return view.call(SCI_GETSTYLEAT, static_cast<uptr_t>(at)); };
+    const auto own = static_cast<char>(view.call(SCI_GETCHARAT, static_cast<uptr_t>(position)));
+    const std::size_t place = brackets.find(own);
+    const bool opens = place % 2 == 0;
+    const char other = brackets[opens ? place + 1 : place - 1];
+    const sptr_t start = opens ? position : std::max<sptr_t>(position - farthest, 0);
+    const sptr_t end = opens ? std::min(position + farthest, length) : position + 1;
+    const auto* const text =
+        std::bit_cast<const char*>(view.call(SCI_GETRANGEPOINTER, static_cast<uptr_t>(start), end - start));
+    const sptr_t coloured = view.call(SCI_GETENDSTYLED); // further on nothing tells a comment from the rest
+    const sptr_t ownKind = kind(position);
+    sptr_t depth = 0;
+    for (sptr_t at = position; at >= start && at < end; at += opens ? 1 : -1) {
+        const char character = text[at - start];
+        if ((character != own && character != other) || (at < coloured && kind(at) != ownKind))
+            continue;
+        depth += character == own ? 1 : -1;
+        if (depth == 0)
+            return at;
+    }
+    return INVALID_POSITION;
+}
+
 /// Marks the bracket behind or before the caret and its partner; one without a partner stands out.
 void showBrackets(const ScintillaView& view) {
     const sptr_t caret = view.call(SCI_GETCURRENTPOS);
@@ -27,7 +55,7 @@ void showBrackets(const ScintillaView& view) {
         view.call(SCI_BRACEHIGHLIGHT, static_cast<uptr_t>(INVALID_POSITION), sptr_t{INVALID_POSITION});
         return;
     }
-    const sptr_t partner = view.call(SCI_BRACEMATCH, static_cast<uptr_t>(bracket));
+    const sptr_t partner = partnerOf(view, bracket);
     if (partner == INVALID_POSITION)
         view.call(SCI_BRACEBADLIGHT, static_cast<uptr_t>(bracket));
     else

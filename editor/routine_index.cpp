@@ -46,6 +46,7 @@ void GetFileFunctions(std::vector<FileRoutineList>& lists, std::size_t index, co
         if (auto header = routineHeader(file.line()))
             appendHeader(lists[index], std::move(*header));
     } while (!file.atEnd());
+    lists[index].index.build(lists[index].Headers);
 }
 
 bool RefreshTooltips(std::vector<FileRoutineList>& lists, const std::vector<std::string>& nodeTexts,
@@ -70,6 +71,7 @@ bool RefreshTooltips(std::vector<FileRoutineList>& lists, const std::vector<std:
         if (auto header = routineHeader(trimBlanks(editor.lineText(line))))
             appendHeader(lists[*filled], std::move(*header));
     }
+    lists[*filled].index.build(lists[*filled].Headers);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // The headers of the project's routines, per source file.
 #pragma once
 
+#include "editor/prefix_index.h"
 #include "editor/source_editor.h"
 
 #include <cstdint>
@@ -15,6 +16,7 @@ namespace tavrel {
 struct FileRoutineList {
     std::vector<std::string> Headers; ///< in the order found
     std::int32_t Count = 0;           ///< headers added since the list was last cleared
+    PrefixIndex index;                ///< of the headers, made when the file has been scanned
 };
 
 /// What stands behind the keyword when the line is a function or procedure header. The keyword must open the

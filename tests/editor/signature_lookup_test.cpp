@@ -1,7 +1,9 @@
 #include "editor/editor_events.h"
 #include "editor/signature_lookup.h"
+#include "util/text.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace tavrel {
 namespace {
@@ -10,6 +12,7 @@ struct Lookup : testing::Test {
     std::vector<std::string> library = {"WriteLn(Value1, Value2, ...);", "Write(Value1, ...);",
                                         "Abs(Number)"};
     std::vector<FileRoutineList> files = std::vector<FileRoutineList>(3);
+    PrefixIndex libraryIndex;
     int refreshed = 0;
 
     Lookup() {
@@ -19,7 +22,11 @@ struct Lookup : testing::Test {
         appendHeader(files[2], "Last(X: byte);");
     }
     std::string find(const std::string& wordAtCaret, std::size_t nodeCount = 4) {
-        return findSignature(searchedWord(wordAtCaret), library, files, nodeCount, [this] { ++refreshed; })
+        libraryIndex.build(library);
+        for (FileRoutineList& file : files)
+            file.index.build(file.Headers);
+        return findSignature(searchedWord(wordAtCaret), {library, libraryIndex, files, nodeCount},
+                             [this] { ++refreshed; })
             .value_or("nothing");
     }
 };
@@ -65,8 +72,9 @@ TEST_F(Lookup, AFileWithoutHeadersIsRefreshedAndPassedOver) {
     EXPECT_EQ(find("Last"), files[2].Headers[1]);
     EXPECT_EQ(refreshed, 1);
     const auto filling = [this] { appendHeader(files[1], "Late(X: byte);"); };
-    EXPECT_FALSE(findSignature("LATE", library, files, 4, filling)) << "filled only for the next time";
-    EXPECT_TRUE(findSignature("LATE", library, files, 4, filling));
+    EXPECT_FALSE(findSignature("LATE", {library, libraryIndex, files, 4}, filling))
+        << "filled only for the next time";
+    EXPECT_TRUE(findSignature("LATE", {library, libraryIndex, files, 4}, filling));
 }
 
 TEST_F(Lookup, OnlyFilesOfTheTreeAreSearched) {
@@ -81,6 +89,35 @@ TEST_F(Lookup, ANodeWithoutAListIsRefreshed) {
     files.clear();
     EXPECT_EQ(find("Peek", 3), "nothing");
     EXPECT_EQ(refreshed, 2);
+}
+
+TEST(PrefixIndex, FindsWhatLookingAtEveryTextFinds) {
+    std::mt19937 random(3); // the same texts on every run
+    const auto word = [&](std::size_t longest) {
+        std::string text(random() % (longest + 1), ' ');
+        for (char& c : text)
+            c = "aAbB_\xE9\xC9("[random() % 8];
+        return text;
+    };
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::string> texts(random() % 60);
+        for (std::string& text : texts)
+            text = word(6);
+        PrefixIndex index;
+        index.build(texts);
+        for (int search = 0; search < 50; ++search) {
+            const std::string wanted = upperCase(word(4));
+            std::size_t expected = PrefixIndex::none;
+            for (std::size_t i = texts.size(); i-- > 0;) {
+                if (texts[i].size() >= wanted.size() &&
+                    upperCase(texts[i].substr(0, wanted.size())) == wanted)
+                    expected = i;
+            }
+            ASSERT_EQ(index.first(texts, wanted), expected) << wanted;
+        }
+        texts.push_back("added");
+        ASSERT_EQ(index.first(texts, "ADDED"), texts.size() - 1) << "behind the index's back";
+    }
 }
 
 TEST(EditorKeys, OnlyTheWindowsOwnKeysMeanSomething) {
