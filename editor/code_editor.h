@@ -107,6 +107,7 @@ class CodeEditor : public SourceEditor {
     static LRESULT CALLBACK paneProcedure(HWND pane, UINT message, WPARAM first, LPARAM second,
                                           UINT_PTR identifier, DWORD_PTR editor);
     void placePanes();
+    void paintSplitter();
     void dragSplitter(int y);
     sptr_t positionOf(EditorPosition position) const;
     EditorPosition placeOf(sptr_t position) const;

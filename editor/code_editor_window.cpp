@@ -120,8 +120,26 @@ void CodeEditor::placePanes() {
     MoveWindow(upper_->window(), 0, 0, client.right, upperHeight, TRUE);
     if (lower_) {
         const int top = upperHeight + splitterHeight;
+        const RECT bar = {0, upperHeight, client.right, top};
+        InvalidateRect(window_, &bar, TRUE);
         MoveWindow(lower_->window(), 0, top, client.right, std::max<int>(client.bottom - top, 0), TRUE);
     }
+}
+
+/// All that shows between the panes is the splitter.
+void CodeEditor::paintSplitter() {
+    PAINTSTRUCT paint = {};
+    HDC const device = BeginPaint(window_, &paint);
+    if (lower_) {
+        RECT bar = {};
+        GetClientRect(window_, &bar);
+        RECT upper = {};
+        GetClientRect(upper_->window(), &upper);
+        bar.top = upper.bottom;
+        bar.bottom = bar.top + splitterHeight;
+        DrawEdge(device, &bar, EDGE_RAISED, BF_RECT | BF_MIDDLE);
+    }
+    EndPaint(window_, &paint);
 }
 
 void CodeEditor::dragSplitter(int y) {
@@ -136,6 +154,9 @@ LRESULT CodeEditor::handle(UINT message, WPARAM first, LPARAM second) {
     case WM_SIZE:
         if (upper_)
             placePanes();
+        return 0;
+    case WM_PAINT:
+        paintSplitter();
         return 0;
     case WM_SETFOCUS:
         if (upper_)

@@ -46,6 +46,7 @@ void applyPascalStyle(const ScintillaView& view, const std::string& face, int si
     view.call(SCI_STYLESETSIZE, STYLE_DEFAULT, size);
     view.call(SCI_STYLESETCHARACTERSET, STYLE_DEFAULT, characterSet);
     view.call(SCI_STYLECLEARALL);
+    showOemCharacters(view, characterSet);
     for (const Style& style : styles) {
         const auto number = static_cast<uptr_t>(style.number);
         view.call(SCI_STYLESETFORE, number, static_cast<sptr_t>(style.colour));

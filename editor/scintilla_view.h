@@ -32,6 +32,10 @@ class ScintillaView {
     sptr_t pointer_ = 0;
 };
 
+/// Has the bytes above 7Fh shown as characters of the OEM set. `characterSet` is the one that the styles of
+/// the text have, when their font has it; STYLE_DEFAULT is OEM from then on.
+void showOemCharacters(const ScintillaView& view, int characterSet);
+
 /// Pascal colours and the font in one view. `face` must be installed.
 void applyPascalStyle(const ScintillaView& view, const std::string& face, int size, int characterSet);
 

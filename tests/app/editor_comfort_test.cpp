@@ -199,6 +199,20 @@ TEST_F(EditorComfort, ColoursAreReadableOnEveryBackgroundOfALine) {
               4.5);
 }
 
+TEST_F(EditorComfort, OemCharactersAreTypedAndShown) {
+    start();
+    SendMessageW(editorPane(0), WM_CHAR, 0x00E9, 0); // e with an acute accent
+    EXPECT_EQ(form->Code1().text(), "\x82");
+    EXPECT_EQ(ask(SCI_STYLEGETCHARACTERSET, STYLE_DEFAULT), SC_CHARSET_OEM);
+    if (ask(SCI_STYLEGETCHARACTERSET, 0) == SC_CHARSET_OEM)
+        return; // this machine's font draws them by itself
+    std::array<char, 16> shown{};
+    const char* const line = "\xC4";
+    SendMessageA(editorPane(0), SCI_GETREPRESENTATION, std::bit_cast<WPARAM>(line),
+                 std::bit_cast<LPARAM>(shown.data()));
+    EXPECT_STREQ(shown.data(), "\xE2\x94\x80") << "a piece of a frame";
+}
+
 TEST_F(EditorComfort, LineNumbersHaveRoomHoweverManyLines) {
     start();
     const LRESULT few = ask(SCI_GETMARGINWIDTHN, 0);

@@ -2,6 +2,7 @@
 // program said no, 2 it did not come to the awaited state in time, 3 wrong use.
 #include "app/command_table.h"
 #include "app/resource.h"
+#include "tests/acceptance/drive/input.h"
 #include "tests/acceptance/drive/remote.h"
 
 #include <algorithm>
@@ -341,6 +342,30 @@ int goToLine(const Options& options, int line) {
     return 0;
 }
 
+/// The button goes down on the first line's text; waits for a menu.
+int rightClick(const Options& options) {
+    HWND const form = mainWindow(options);
+    clickRight(editorPane(form), {85, 8});
+    waitUntil(options, "a menu", [] { return FindWindowA("#32768", nullptr) != nullptr; });
+    return 0;
+}
+
+/// The pane with the focus (from 0) and the number of panes.
+int printPane(const Options& options) {
+    HWND const form = mainWindow(options);
+    HWND const focused = focusOf(form);
+    int count = 0;
+    int active = -1;
+    HWND pane = nullptr;
+    while ((pane = FindWindowExA(GetDlgItem(form, Form1_Code1), pane, "Scintilla", nullptr)) != nullptr) {
+        if (pane == focused)
+            active = count;
+        ++count;
+    }
+    std::printf("pane %d of %d\n", active, count);
+    return 0;
+}
+
 int closeProgram(const Options& options) {
     HWND const form = mainWindow(options);
     PostMessageA(form, WM_CLOSE, 0, 0);
@@ -383,6 +408,14 @@ int perform(const Options& options) {
         return typeText(options, argument());
     if (verb == "menu")
         return chooseCommand(options, commandNamed(argument()));
+    if (verb == "keys")
+        return typeKeys(mainWindow(options), argument());
+    if (verb == "press")
+        return pressChord(mainWindow(options), argument());
+    if (verb == "right-click")
+        return rightClick(options);
+    if (verb == "pane")
+        return printPane(options);
     if (verb == "click-node")
         return clickNode(options, argument());
     if (verb == "answer")
@@ -424,7 +457,7 @@ int main(int count, char** arguments) {
             stderr,
             "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|template NAME [--autoexec]|"
             "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
-            "tree|status|caret|text|type TEXT|menu NAME|"
+            "tree|status|caret|text|type TEXT|keys TEXT|press KEYS|right-click|pane|menu NAME|"
             "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
             error.what());
         return 3;

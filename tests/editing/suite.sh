@@ -1,0 +1,114 @@
+#!/bin/bash
+# The editor by real keys and mouse buttons, in the program as it is started by its user; and what start-up says when
+# its data are missing. Needs a display, Wine with WINEPREFIX set, out/Tavrel and drive.exe.
+set -u
+root=$(cd "$(dirname "$0")/../.." && pwd)
+export LC_ALL=C.UTF-8 WINEDEBUG=${WINEDEBUG:--all}
+work=$(mktemp -d)
+program=$work/Tavrel
+passed=0
+failed=0
+tavrel_process=
+trap '[[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null; rm -rf "$work"' EXIT
+
+drive() { wine "$root/out/bin/drive.exe" "$@" --timeout 60 2> /dev/null < /dev/null | tr -d '\r'; return "${PIPESTATUS[0]}"; }
+start() {
+  wine "$program/Tavrel.exe" "$@" > /dev/null 2>&1 < /dev/null &
+  tavrel_process=$!
+}
+# Waits for the program; $ended says how it went. Not for a subshell: the program is this shell's child.
+ended() {
+  wait "$tavrel_process"
+  ended="ended $?"
+  tavrel_process=
+}
+check() { # NAME EXPECTED-PART ACTUAL
+  if [[ $3 == *"$2"* ]]; then
+    echo "ok   $1"
+    passed=$((passed + 1))
+  else
+    printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
+    failed=$((failed + 1))
+  fi
+}
+# await NAME EXPECTED-PART COMMAND...: asks again until the answer holds the part, or ten seconds are over.
+await() {
+  local name=$1 expected=$2 answer tries
+  shift 2
+  for ((tries = 0; tries < 50; ++tries)); do
+    answer=$("$@")
+    [[ $answer == *"$expected"* ]] && break
+    sleep 0.2
+  done
+  check "$name" "$expected" "$answer"
+}
+
+mkdir -p "$program/help" "$work/game"
+cp "$root/out/Tavrel/Tavrel.exe" "$program"/
+cp "$root/out/Tavrel/help/autocomplete.txt" "$program/help"/
+printf 'Game\r\n2E9B\r\nD200\r\nGAME.PAS\r\n' > "$work/game/GAME.TPJ"
+printf ' begin\r\nend.\r\n' > "$work/game/GAME.PAS"
+signature=$(tr -d '\r' < "$program/help/autocomplete.txt" | grep -i -m 1 '^writeln')
+
+start "$(winepath -w "$work/game/GAME.TPJ" 2> /dev/null)"
+await "the project is loaded" "Current View: GAME.PAS" drive status
+drive keys 'writeln('
+await "typing writeln( shows its signature" "$signature" drive status
+check "and gets into the text" "writeln( begin" "$(drive text)"
+drive press Ctrl+S
+await "Ctrl+S saves what was typed" "writeln( begin" cat "$work/game/GAME.PAS"
+drive press Ctrl+Z
+check "Ctrl+Z does nothing in an unmodified text" "writeln( begin" "$(drive text)"
+drive keys 'xy'
+await "keys after that are typed" "writeln(xy begin" drive text
+for _ in 1 2; do drive press Ctrl+Z; done
+check "Ctrl+Z undoes in a modified text" "no xy" "$(drive text | grep -q xy || echo 'no xy')"
+
+await "there is one pane at first" "pane 0 of 1" drive pane
+drive press Ctrl+Tab
+check "Ctrl+Tab stays in the only pane" "pane 0 of 1" "$(drive pane)"
+drive menu mnuSplit
+await "Split makes a second pane" "pane 0 of 2" drive pane
+drive press Ctrl+Tab
+await "Ctrl+Tab goes to the next pane" "pane 1 of 2" drive pane
+drive press Ctrl+Tab
+await "and around the end" "pane 0 of 2" drive pane
+drive press Ctrl+Shift+Tab
+await "Ctrl+Shift+Tab goes around the start" "pane 1 of 2" drive pane
+drive menu mnuSplit
+await "Split again closes the second pane" "pane 0 of 1" drive pane
+
+before=$(drive text)
+drive right-click
+check "the right button pops up a menu" "0" "$?"
+drive press Down
+drive press Enter
+check "Cut is off while nothing is selected" "$before" "$(drive text)"
+drive press Esc
+drive press Esc
+drive press Ctrl+A
+drive right-click
+drive press Down
+drive press Enter
+await "with a selection Cut is on" "empty" eval '[[ -z $(drive text) ]] && echo empty'
+drive right-click
+for _ in 1 2 3; do drive press Down; done
+drive press Enter
+await "and Paste, the third entry, brings it back" "begin" drive text
+drive close
+ended
+check "the program ends without a question about the text" "ended 0" "$ended"
+
+rm "$program/help/autocomplete.txt"
+start
+check "a missing word list is told" "File not found" "$(drive answer OK)"
+ended
+check "and ends the program with 1" "ended 1" "$ended"
+: > "$program/help/autocomplete.txt"
+start
+check "an empty word list is told" "Input past end of file" "$(drive answer OK)"
+ended
+check "and ends the program with 1 too" "ended 1" "$ended"
+
+echo "$passed passed, $failed failed"
+((failed == 0))
