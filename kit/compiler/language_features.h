@@ -12,6 +12,6 @@ struct Features {
 };
 
 /// What generator and run-time library of this version can do. Open a part here when they can do more.
-inline constexpr Features shippedFeatures{.reals = true, .sets = true, .files = false, .heap = true};
+inline constexpr Features shippedFeatures{.reals = true, .sets = true, .files = true, .heap = true};
 
 } // namespace tp3
