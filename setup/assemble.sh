@@ -43,6 +43,11 @@ while IFS= read -r -d '' file; do
   put "$TAVREL_ROOT/share/program/$file" "$file"
 done < <(cd "$TAVREL_ROOT/share/program" 2> /dev/null && find . -type f -printf '%P\0')
 
+# A template gets each library that it includes: a new project is a copy of its folder, and is whole that way.
+while IFS=: read -r file library; do
+  put "$TAVREL_ROOT/share/program/library/$library" "$(dirname "$file")/$library"
+done < <(cd "$TAVREL_ROOT/share/program" && grep -roE '^\{\$I [A-Z0-9]+\.LIB\}' projects | sed 's/{\$I //; s/}//' | sort -u)
+
 if [[ -f $manifest ]]; then
   while IFS= read -r old; do rm -f "${folder:?}/$old"; done \
     < <(comm -23 <(sort -u "$manifest") <(printf '%s\n' "${placed[@]}" | sort -u))
