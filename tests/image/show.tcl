@@ -1,13 +1,7 @@
 # Shows a converted picture on an MSX2+ and writes what the video processor makes of it. From the environment:
 #   TAVREL_SCREEN   screen mode     TAVREL_PICTURE  picture file     TAVREL_SHOT  PNG file to write
 #   TAVREL_PALETTE  palette file, or nothing        TAVREL_LOG   file for what went wrong
-set renderer SDL
-set throttle off
-set gamma 1.0
-set brightness 0
-set contrast 0
-set noise 0
-set maxframeskip 0
+source [file join [file dirname [info script]] .. support openmsx.tcl]
 
 # The bytes of a file written by BSAVE, without its header of 7 bytes.
 proc content {path} {
@@ -65,18 +59,7 @@ proc load {} {
         lassign [content $::env(TAVREL_PALETTE)] start bytes
         debug write_block "VDP palette" 0 $bytes
     }
-    # At full speed no frame is drawn.
-    set ::throttle on
-    after time 0.3 { guarded { screenshot -raw -doublesize $::env(TAVREL_SHOT); exit } }
-}
-
-proc guarded {script} {
-    if {[catch $script message]} {
-        set file [open $::env(TAVREL_LOG) w]
-        puts $file $message
-        close $file
-        exit
-    }
+    take_picture $::env(TAVREL_SHOT) exit
 }
 
 after time 3 { guarded { show } }

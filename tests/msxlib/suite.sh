@@ -1,0 +1,79 @@
+#!/bin/bash
+# The MSX library and the templates on an MSX2 that we did not write: openMSX with C-BIOS. Each program is compiled by
+# out/bin/tp3 and run; what it left in the video memory, the palette, the sound generator and on the console is compared
+# with what expect.pl works out by itself. Pictures of all lie in out/msxlib afterwards.
+# Needs out/bin/tp3 and msxrun, pasmo, Perl, openMSX, ImageMagick.   tests/msxlib/suite.sh [FILTER]
+# Last line: N passed, N failed. Exit code 0 when nothing failed.
+set -u
+root=$(cd "$(dirname "$0")/../.." && pwd)
+here=$root/tests/msxlib
+share=$root/share/program
+work=$root/out/msxlib
+filter=${1:-}
+export LC_ALL=C.UTF-8 SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy MAGICK_THREAD_LIMIT=1
+export OPENMSX_HOME=$work/openmsx TAVREL_DOS=$work/dos.bin
+passed=0
+failed=0
+rm -rf "$work"
+mkdir -p "$work"
+pasmo "$here/dos.asm" "$work/dos.bin" || exit 1
+
+# same NAME EXPECTED ACTUAL
+same() {
+  if [[ $3 == "$2" ]]; then
+    passed=$((passed + 1))
+  else
+    printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
+    failed=$((failed + 1))
+  fi
+}
+
+# on_the_msx PROGRAM [SECONDS [SCRIPT [MOUSE]]]: runs it in its folder; the names of what is left begin like its own. It
+# prints how that ended.
+on_the_msx() {
+  local base=${1%.*}
+  export TAVREL_PROGRAM=$1 TAVREL_RESULT=$base TAVREL_SHOT=$base.png TAVREL_LOG=$base.log
+  export TAVREL_FOLDER=${1%/*} TAVREL_SECONDS=${2:-} TAVREL_SCRIPT=${3:-} TAVREL_MOUSE=${4:-}
+  rm -f "$base.end" "$base.log"
+  timeout 60 openmsx -machine C-BIOS_MSX2 -script "$here/msx.tcl" > "$base.openmsx" 2>&1 < /dev/null
+  cat "$base.end" "$base.log" 2> /dev/null
+}
+
+# compiled NAME MODE: the folder of a test program, with the library as it is delivered, for a screen mode.
+compiled() {
+  local folder=$work/$1$2
+  mkdir -p "$folder"
+  cp "$here/programs/$1.PAS" "$share"/library/*.LIB "$folder"
+  echo "const Mode = $2;" > "$folder/MODE.INC"
+  (cd "$folder" && "$root/out/bin/tp3" "$1.PAS" > compiler.txt 2>&1) || cat "$folder/compiler.txt" >&2
+  echo "$folder"
+}
+
+# example NAME [MODE [SCRIPT [MOUSE]]]
+example() {
+  local mode=${2:-} folder
+  [[ $1$mode == *"$filter"* ]] || return 0
+  folder=$(compiled "$1" "$mode")
+  if [[ $1 == LOADING ]]; then perl "$here/expect.pl" "FILES$mode" "$folder/$1"; fi
+  same "$1 $mode runs to its end" ended "$(on_the_msx "$folder/$1.COM" '' "${3:-}" "${4:-}")"
+  same "$1 $mode left what it must" "" "$(perl "$here/expect.pl" "$1$mode" "$folder/$1" 2>&1)"
+}
+
+example VRAM
+example TIMING
+example SPEED
+example CLOCKS
+for mode in 1 40 80; do example TEXTMODE "$mode"; done
+for mode in 5 6 7 8; do example DRAW "$mode"; done
+for mode in 2 5 8; do example SPRITES "$mode"; done
+for mode in 5 8; do example LOADING "$mode"; done
+example SOUNDS
+# Rows 8, 4, 0, 2, 7 and 6 of the keyboard; the program looks every third or, with 50 frames, four tenths of a second.
+example KEYS '' '0.1 {plug joyporta magic-key}
+  0.5 {keymatrixdown 8 0x20} 0.9 {keymatrixdown 8 0x80} 1.3 {keymatrixup 8 0x20} 1.7 {keymatrixdown 8 0x41}
+  2.1 {keymatrixup 8 0xFF; keymatrixdown 8 0x10; keymatrixdown 4 0x40}
+  2.5 {keymatrixup 8 0xFF; keymatrixup 4 0x40; keymatrixdown 0 0x80; keymatrixdown 2 0x80}
+  2.9 {keymatrixup 0 0x80; keymatrixup 2 0x80; keymatrixdown 7 0x80; keymatrixdown 6 0x03}' '-100 27'
+
+echo "$passed passed, $failed failed"
+((failed == 0 && passed > 0))
