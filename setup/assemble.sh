@@ -25,6 +25,7 @@ put() { # FROM TO: TO is relative to the program folder
 
 put_optional() { if [[ -f $1 ]]; then put "$1" "$2"; fi; }
 
+"$TAVREL_ROOT/setup/help.sh" || say "set-up: the Pascal Reference could not be made"
 dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox x86_64 --path)
 
 put "$build/mingw64/app/Tavrel.exe" Tavrel.exe
@@ -35,6 +36,8 @@ put "$build/dos/kit/dos/DOS2CASH.COM" compiler/DOS2CASH.COM
 put "$build/tools/kit/runtime/RUNTIME.COM" compiler/RUNTIME.COM
 put "$dosbox/bin/DOSBox.exe" compiler/DOSBox-0.74/DOSBox.exe
 put "$dosbox/share/COPYING" compiler/DOSBox-0.74/COPYING.txt
+put "$build/reference/tp3reference.chm" tp3reference.chm
+put "$build/reference/autocomplete.txt" help/autocomplete.txt
 put_optional "$build/mingw64/kit/disk/dsktool.exe" dsk/dsktool.exe
 
 # Everything under share/program lies there as it lies in the program folder.
