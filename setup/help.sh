@@ -9,11 +9,11 @@ site=$TAVREL_OUT/reference-site
 sources=$TAVREL_ROOT/docs/reference
 
 command -v chmcmd > /dev/null || die "chmcmd is not installed (package fp-utils)"
-mapfile -t libraries < <(find "$TAVREL_ROOT/share" -name '*.LIB' | LC_ALL=C sort)
+mapfile -t libraries < <(find "$TAVREL_ROOT/share/program/library" -name '*.LIB' | LC_ALL=C sort)
 
 sum_of_sources() {
   cd "$TAVREL_ROOT"
-  { find docs/reference share -type f \( -path 'docs/*' -o -name '*.LIB' \)
+  { find docs/reference share/program/library -type f
     echo setup/help.sh; echo kit/compiler/errors.h; echo kit/compiler/errors.cpp; } | LC_ALL=C sort | xargs -d '\n' sha256sum
   sha256sum < "$(command -v chmcmd)"
 }

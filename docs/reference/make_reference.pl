@@ -162,7 +162,7 @@ sub contents_list {
     for my $entry (@contents) {
         my ($depth, $text, $address) = @$entry;
         $html .= $html eq '' ? '' : "</ul>\n" if $depth == 0;
-        $html .= $depth == 0 ? "<h2>$text</h2>\n<ul class=\"names\">\n" : "<li><a href=\"$address\">$text</a></li>\n";
+        $html .= $depth == 0 ? "<h2>$text</h2>\n<ul class=\"contents\">\n" : "<li><a href=\"$address\">$text</a></li>\n";
     }
     return "$html</ul>\n";
 }
@@ -198,7 +198,7 @@ sub page {
     $body =~ s{(?=<pre class="input">)}{<p class="label">when this is typed</p>\n}g;
     my $syntax = join "\n", map { escaped($_) } @{$topic->{signatures}};
     $syntax = "<pre class=\"syntax\">$syntax</pre>\n" if $syntax ne '';
-    my $see = join ', ', map { $link->($_) } @{$topic->{see}};
+    my $see = join ' &middot; ', map { $link->($_, see_text($_)) } @{$topic->{see}};
     $see = "<p class=\"see\">See also $see</p>\n" if $see ne '';
     my $where = $topic->{heading} ? " &rsaquo; $topic->{heading}" : '';
     return <<"END";
@@ -216,6 +216,14 @@ sub page {
 $syntax$body$see@{[neighbours($stem, $up)]}</body>
 </html>
 END
+}
+
+# How a topic is called where another one points to it: a standard name by itself, else its title.
+sub see_text {
+    my ($name) = @_;
+    my $stem = ($place_of{lc $name} // '') =~ s/\.htm$//r;
+    my $topic = $topics{$stem} or return $name;
+    return (grep { lc $_ eq lc $name } @{$topic->{names}}) ? $name : $topic->{title};
 }
 
 sub neighbours {

@@ -95,7 +95,7 @@ for my $line (@lines) { $line =~ s/^(\w+).*$/$1/ }
 # ---- the library
 
 my (@library, %shown);
-find({no_chdir => 1, wanted => sub { push @library, $_ if /\.LIB$/ }}, "$root/share");
+find({no_chdir => 1, wanted => sub { push @library, $_ if /\.LIB$/ }}, "$root/share/program/library");
 for my $path (sort @library) {
     my ($name) = $path =~ m{([^/]+)\.LIB$};
     my $text = text_of($path) =~ s/\r//gr;

@@ -80,7 +80,7 @@ if [[ -z ${1:-} ]]; then
 fi
 
 perl "$here/examples.pl" "$work/one" "$work/examples" "${1:-}" > "$work/list" || result "the examples can be read" 1
-find "$root/share" -name '*.LIB' > "$work/libraries"
+find "$root/share/program/library" -name '*.LIB' > "$work/libraries"
 while read -r topic name; do
   folder=$work/examples/$topic
   [[ -s $work/libraries ]] && xargs -d '\n' -a "$work/libraries" cp -t "$folder"
