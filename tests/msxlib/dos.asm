@@ -5,6 +5,8 @@
 CHSNS:  equ 009Ch
 CHGET:  equ 009Fh
 CHPUT:  equ 00A2h
+CHGMOD: equ 005Fh
+LINL40: equ 0F3AEh
 KEYINT: equ 0038h
 BIOS_SLOT: equ 0FCC0h
 
@@ -16,6 +18,15 @@ BIOS_SLOT: equ 0FCC0h
         jp interrupt            ; E009h
 files:  nop                     ; E00Ch
         ret
+        nop
+
+; E00Fh: the text screen of MSX-DOS, then the program.
+        ld a,40
+        ld (LINL40),a
+        xor a
+        ld ix,CHGMOD
+        call bios
+        jp 0100h
 
 ; CALSLT: the BIOS in slot 0 is all that is called.
 callSlot:

@@ -7,24 +7,10 @@ use warnings;
 use FindBin;
 use lib $FindBin::Bin;
 use Canvas;
+use Result qw(bytes_of same font marks);
 
 my ($name, $result) = @ARGV;
-my $wrong = 0;
-
-sub bytes_of {
-    my ($file) = @_;
-    open(my $handle, '<:raw', "$result.$file") or die "$result.$file: $!\n";
-    local $/;
-    my $bytes = <$handle>;
-    return defined $bytes ? $bytes : '';
-}
-
-sub same {
-    my ($what, $expected, $found) = @_;
-    return if $expected eq $found;
-    print "$what: expected <$expected>, found <$found>\n";
-    ++$wrong;
-}
+Result::open_result($result);
 
 sub check_draw {
     my ($mode) = @_;
@@ -74,15 +60,6 @@ sub check_draw {
     same('Point', join(' ', map { $c->dot(@$_) } [1, 0], [3, 0], [100, 40], [250, 3]) . "\r\n", bytes_of('text'));
 }
 
-# The letters of the machine, from its ROM: the address stands at 4.
-sub font {
-    open(my $rom, '<:raw', '/usr/share/cbios/cbios_main_msx2.rom') or die "the ROM: $!\n";
-    local $/;
-    my $bytes = <$rom>;
-    return substr($bytes, unpack('v', substr($bytes, 4, 2)), 2048);
-}
-
-
 sub check_vram {
     my @data = map { ($_ * 7 + int($_ / 256)) & 255 } 0 .. 599;
     my $bank = "\0" x 0xFA00 . "\0" x 0x600;
@@ -116,9 +93,6 @@ sub first_difference {
     }
     return '';
 }
-
-# Pairs of what was written to port 2Fh and when.
-sub marks { return map { [split / /] } split /\n/, bytes_of('times'); }
 
 sub check_timing {
     my @marks = marks();
@@ -322,4 +296,4 @@ my %checks = (DRAW => \&check_draw, VRAM => \&check_vram, TIMING => \&check_timi
 my ($program, $mode) = $name =~ /^([A-Z]+)(\d*)$/ or die "expect.pl: no program is called $name\n";
 ($checks{$program} or die "expect.pl: nothing is known about $name\n")->($mode);
 same('accesses of the video memory that were too fast', 0, bytes_of('fast')) if $program ne 'FILES';
-exit($wrong != 0);
+exit(Result::wrong() != 0);

@@ -66,6 +66,12 @@ proc file_call {} {
                 debug write_block memory [expr {$block + 16}] [binary format i [string length $::opened($block)]]
             }
         }
+        44 {
+            # Always the same time, so that a program which begins with Randomize does the same each time.
+            reg HL 0x0C1E
+            reg DE 0x0F32
+            return
+        }
         16 { unset -nocomplain ::opened($block) }
         39 {
             set size [word [expr {$block + 14}]]
@@ -123,7 +129,7 @@ proc run {} {
     put_jump 0x38 0xE009
     put_word 0xD600 0
     reg SP 0xD600
-    reg PC 0x100
+    reg PC 0xE00F
     debug set_bp 0 {} { guarded { finish ended } }
     debug set_bp 0xE00C {} { guarded file_call }
     debug set_bp 0xE000 {[reg C] == 2 || [reg C] == 6 && [reg E] < 255} { append ::text [format %c [reg E]] }
