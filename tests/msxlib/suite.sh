@@ -10,13 +10,13 @@ here=$root/tests/msxlib
 share=$root/share/program
 work=$root/out/msxlib
 filter=${1:-}
-export LC_ALL=C.UTF-8 SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy MAGICK_THREAD_LIMIT=1
-export OPENMSX_HOME=$work/openmsx TAVREL_DOS=$work/dos.bin
+export LC_ALL=C.UTF-8 MAGICK_THREAD_LIMIT=1
+source "$here/msx.sh"
 passed=0
 failed=0
 rm -rf "$work"
 mkdir -p "$work"
-pasmo "$here/dos.asm" "$work/dos.bin" || exit 1
+prepare_msx "$work" || exit 1
 
 # same NAME EXPECTED ACTUAL
 same() {
@@ -26,17 +26,6 @@ same() {
     printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
     failed=$((failed + 1))
   fi
-}
-
-# on_the_msx PROGRAM [SECONDS [SCRIPT [MOUSE]]]: runs it in its folder; the names of what is left begin like its own. It
-# prints how that ended.
-on_the_msx() {
-  local base=${1%.*}
-  export TAVREL_PROGRAM=$1 TAVREL_RESULT=$base TAVREL_SHOT=$base.png TAVREL_LOG=$base.log
-  export TAVREL_FOLDER=${1%/*} TAVREL_SECONDS=${2:-} TAVREL_SCRIPT=${3:-} TAVREL_MOUSE=${4:-}
-  rm -f "$base.end" "$base.log"
-  timeout 60 openmsx -machine C-BIOS_MSX2 -script "$here/msx.tcl" > "$base.openmsx" 2>&1 < /dev/null
-  cat "$base.end" "$base.log" 2> /dev/null
 }
 
 # compiled NAME MODE: the folder of a test program, with the library as it is delivered, for a screen mode.
@@ -58,6 +47,12 @@ example() {
   same "$1 $mode runs to its end" ended "$(on_the_msx "$folder/$1.COM" '' "${3:-}" "${4:-}")"
   same "$1 $mode left what it must" "" "$(perl "$here/expect.pl" "$1$mode" "$folder/$1" 2>&1)"
 }
+
+# What help and autocomplete list is read from the library: a heading of one line, its comment just above.
+if [[ headings == *"$filter"* ]]; then
+  same "every routine has its comment" "" "$(perl -ne 's/\r?\n//; $bad = /^(procedure|function) (\w+)/ && ($last !~ /^\{ .*\}$/ || !/;$/);
+    print "$2 " if $bad; $last = $_' "$share"/library/*.LIB)"
+fi
 
 example VRAM
 example TIMING
