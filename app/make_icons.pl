@@ -1,15 +1,17 @@
 #!/usr/bin/perl
-# make_icons.pl PICTURE FILE.ico: draws one of the program's icons, 16 to 64 pixels, 32 bits a pixel.
-# The pictures are shapes in a square from 0 to 1, painted one over the other, so that every size is drawn
-# for itself and none is a blown-up other.
+# make_icons.pl PICTURE.svg FILE.ico: draws an icon of 16 to 256 pixels, 32 bits a pixel, from a vector picture. Each size is
+# drawn for itself, none is a blown-up other. Of SVG it knows a square viewBox, <rect> with x, y, width, height, rx, and <polygon>, each
+# with a fill of the form #rrggbb; anything else is an error. Later shapes cover earlier ones.
 use strict;
 use warnings;
+use Compress::Zlib qw(compress crc32);
 
-my @sizes = (16, 20, 24, 32, 40, 48, 64);
-my $samples = 6;    # in each direction of a pixel
+my @sizes = (16, 20, 24, 32, 40, 48, 64, 96, 128, 256);
+my $png_from = 256;    # stored as PNG from here on, as Windows wants it since Vista
 
-sub rounded {    # left, top, right, bottom, radius
-    my ($left, $top, $right, $bottom, $radius) = @_;
+sub rounded {    # left, top, width, height, radius
+    my ($left, $top, $width, $height, $radius) = @_;
+    my ($right, $bottom) = ($left + $width, $top + $height);
     return sub {
         my ($x, $y) = @_;
         return 0 if $x < $left || $x > $right || $y < $top || $y > $bottom;
@@ -21,8 +23,11 @@ sub rounded {    # left, top, right, bottom, radius
 
 sub polygon {    # x, y of each corner
     my @corners = @_;
+    my ($left, $right) = (sort { $a <=> $b } @corners[map { 2 * $_ } 0 .. $#corners / 2])[0, -1];
+    my ($top, $bottom) = (sort { $a <=> $b } @corners[map { 2 * $_ + 1 } 0 .. $#corners / 2])[0, -1];
     return sub {
         my ($x, $y) = @_;
+        return 0 if $x < $left || $x > $right || $y < $top || $y > $bottom;
         my $inside = 0;
         for (my $i = 0; $i < @corners; $i += 2) {
             my ($x1, $y1, $x2, $y2) = @corners[$i, $i + 1, ($i + 2) % @corners, ($i + 3) % @corners];
@@ -33,67 +38,95 @@ sub polygon {    # x, y of each corner
     };
 }
 
-# [shape, red, green, blue]
-my %pictures = (
-    # The letter of the name on a screen's blue, and the cursor block behind it.
-    tavrel => [
-        [rounded(0.02, 0.02, 0.98, 0.98, 0.18), 24, 32, 84],
-        [rounded(0.07, 0.07, 0.93, 0.93, 0.13), 48, 84, 196],
-        [rounded(0.17, 0.20, 0.67, 0.34, 0.03), 255, 255, 255],
-        [rounded(0.35, 0.20, 0.49, 0.80, 0.03), 255, 255, 255],
-        [rounded(0.59, 0.56, 0.83, 0.80, 0.03), 255, 206, 84],
-    ],
-    # A sheet of source text.
-    template => [
-        [polygon(0.15, 0.03, 0.65, 0.03, 0.87, 0.25, 0.87, 0.97, 0.15, 0.97), 96, 108, 130],
-        [polygon(0.19, 0.07, 0.63, 0.07, 0.83, 0.27, 0.83, 0.93, 0.19, 0.93), 255, 255, 255],
-        [polygon(0.61, 0.03, 0.87, 0.27, 0.61, 0.27), 96, 108, 130],
-        [polygon(0.65, 0.11, 0.79, 0.24, 0.65, 0.24), 206, 218, 240],
-        [rounded(0.27, 0.20, 0.52, 0.26, 0.01), 48, 84, 196],
-        [rounded(0.27, 0.38, 0.47, 0.44, 0.01), 48, 84, 196],
-        [rounded(0.35, 0.50, 0.74, 0.56, 0.01), 140, 150, 168],
-        [rounded(0.35, 0.62, 0.66, 0.68, 0.01), 140, 150, 168],
-        [rounded(0.27, 0.76, 0.45, 0.82, 0.01), 48, 84, 196],
-        [rounded(0.52, 0.74, 0.62, 0.84, 0.01), 255, 190, 50],
-    ],
-);
+sub read_picture {    # path; gives the side of the square, then [shape, red, green, blue] each
+    my ($path) = @_;
+    open(my $file, '<', $path) or die "$path: $!\n";
+    my $text = do { local $/ = undef; <$file> };
+    $text =~ s/<!--.*?-->//gs;
+    my ($side) = $text =~ s/<svg [^>]*viewBox="0 0 (\d+) \1"[^>]*>(.*)<\/svg>/$2/s ? $1 : die "$path: no square viewBox\n";
+    my @shapes;
+    while ($text =~ s/<(\w+)\s+([^>]*?)\/>//) {
+        my ($element, $attributes) = ($1, $2);
+        my %value = $attributes =~ /([\w-]+)="([^"]*)"/g;
+        my @colour = map { hex } (delete($value{fill}) // '') =~ /^#(..)(..)(..)$/ or die "$path: a fill is missing\n";
+        my $shape;
+        if ($element eq 'rect') { $shape = rounded((map { delete $value{$_} } qw(x y width height)), delete $value{rx} // 0) }
+        elsif ($element eq 'polygon') { $shape = polygon(split /[\s,]+/, delete $value{points}) }
+        else { die "$path: <$element> is not known here\n" }
+        die "$path: $element: ", join(', ', sort keys %value), " is not known here\n" if %value;
+        push @shapes, [$shape, @colour];
+    }
+    die "$path: what is this: $text\n" if $text =~ /\S/;
+    return ($side, @shapes);
+}
 
-sub pixel {    # its four bytes
-    my ($shapes, $size, $column, $row) = @_;
+my $side;
+my @shapes;
+
+sub shape_at {    # place in the picture; gives the uppermost shape there, or 0
+    my ($x, $y) = @_;
+    for my $shape (@shapes) { return $shape if $shape->[0]->($x, $y) }
+    return 0;
+}
+
+# The shapes at the corners of a row of pixels; the last row's lower corners are the next one's upper ones.
+my %corners;
+sub corners {    # size, line from 0 to size
+    my ($size, $line) = @_;
+    return $corners{"$size $line"} //= [map { shape_at($_ * $side / $size, $line * $side / $size) } 0 .. $size];
+}
+
+sub pixel {    # its four bytes: blue, green, red, cover
+    my ($size, $column, $row) = @_;
+    my $samples = 6;    # in each direction of a pixel
+    # In the larger sizes no shape is so thin that it lies between a pixel's corners: when these agree all of it does.
+    if ($size >= 48) {
+        my ($upper, $lower) = (corners($size, $row), corners($size, $row + 1));
+        my $shape = $upper->[$column];
+        if ($shape == $upper->[$column + 1] && $shape == $lower->[$column] && $shape == $lower->[$column + 1]) {
+            return $shape ? pack('C4', @$shape[3, 2, 1], 255) : "\0\0\0\0";
+        }
+    }
     my @sum = (0, 0, 0);
     my $covered = 0;
     for my $i (0 .. $samples * $samples - 1) {
-        my $x = ($column + ($i % $samples + 0.5) / $samples) / $size;
-        my $y = ($row + (int($i / $samples) + 0.5) / $samples) / $size;
-        for my $shape (reverse @$shapes) {
-            next unless $shape->[0]->($x, $y);
-            $sum[$_] += $shape->[$_ + 1] for 0 .. 2;
-            ++$covered;
-            last;
-        }
+        my $shape = shape_at(($column + ($i % $samples + 0.5) / $samples) * $side / $size,
+            ($row + (int($i / $samples) + 0.5) / $samples) * $side / $size) or next;
+        $sum[$_] += $shape->[$_ + 1] for 0 .. 2;
+        ++$covered;
     }
     return "\0\0\0\0" unless $covered;
     my ($red, $green, $blue) = map { int($_ / $covered + 0.5) } @sum;
     return pack('C4', $blue, $green, $red, int(255 * $covered / ($samples * $samples) + 0.5));
 }
 
-sub image {    # header, pixels from the bottom row up, and an empty mask: the fourth byte of a pixel says it all
-    my ($shapes, $size) = @_;
-    my $pixels = '';
-    for my $row (reverse 0 .. $size - 1) {
-        $pixels .= pixel($shapes, $size, $_, $row) for 0 .. $size - 1;
-    }
+sub bitmap {    # header, pixels from the bottom row up, and an empty mask: the fourth byte of a pixel says it all
+    my ($size, @rows) = @_;
+    my $pixels = join '', reverse @rows;
     my $mask = "\0" x (int(($size + 31) / 32) * 4 * $size);
     return pack('V3 v2 V6', 40, $size, 2 * $size, 1, 32, 0, length($pixels) + length($mask), 0, 0, 0, 0) . $pixels . $mask;
 }
 
+sub png {
+    my ($size, @rows) = @_;
+    my $chunk = sub { pack('N', length $_[1]) . $_[0] . $_[1] . pack('N', crc32($_[0] . $_[1])) };
+    s/(.)(.)(.)(.)/$3$2$1$4/gs for @rows;
+    return "\x89PNG\r\n\x1A\n" . $chunk->('IHDR', pack('N2 C5', $size, $size, 8, 6, 0, 0, 0))
+        . $chunk->('IDAT', compress(join('', map { "\0$_" } @rows), 9)) . $chunk->('IEND', '');
+}
+
 my ($picture, $path) = @ARGV;
-die "usage: make_icons.pl tavrel|template FILE.ico\n" unless defined $path && $pictures{$picture};
+die "usage: make_icons.pl PICTURE.svg FILE.ico\n" unless defined $path;
+($side, @shapes) = read_picture($picture);
+@shapes = reverse @shapes;
 my $directory = pack('v3', 0, 1, scalar @sizes);
 my $images = '';
 for my $size (@sizes) {
-    my $image = image($pictures{$picture}, $size);
-    $directory .= pack('C4 v2 V2', $size, $size, 0, 0, 1, 32, length $image, 6 + 16 * @sizes + length $images);
+    my @rows;
+    for my $row (0 .. $size - 1) { push @rows, join '', map { pixel($size, $_, $row) } 0 .. $size - 1 }
+    my $image = $size >= $png_from ? png($size, @rows) : bitmap($size, @rows);
+    # A byte holds no 256; 0 stands for it.
+    $directory .= pack('C4 v2 V2', $size % 256, $size % 256, 0, 0, 1, 32, length $image, 6 + 16 * @sizes + length $images);
     $images .= $image;
 }
 open(my $file, '>:raw', $path) or die "$path: $!\n";

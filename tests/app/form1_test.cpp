@@ -41,7 +41,7 @@ TEST_F(MainWindow, HasAnIconOfEachSizeThatTheShellShows) {
     start();
     EXPECT_NE(SendMessageA(form->window(), WM_GETICON, ICON_SMALL, 0), 0);
     EXPECT_NE(GetClassLongPtrA(form->window(), GCLP_HICON), 0U);
-    for (const int side : {16, 20, 24, 32, 40, 48}) {
+    for (const int side : {16, 20, 24, 32, 40, 48, 64, 96, 128, 256}) {
         HANDLE const icon =
             LoadImageA(GetModuleHandleA(nullptr), std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}), IMAGE_ICON,
                        side, side, 0);

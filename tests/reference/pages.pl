@@ -109,6 +109,21 @@ for my $path (sort @library) {
     report("the editor knows those of $name.LIB", grep { !$signed{uc $_} } sort keys %heading);
 }
 
+# ---- the menus
+
+# Captions and keys of the window's own table of commands.
+my @commands = text_of("$root/app/command_table.cpp") =~ /^\s+(\{"(?:mnu|key)\w+",.*\}),$/gm;
+my $menus = $pages{'menus.htm'} =~ s/<[^>]+>/ /gr =~ s/&gt;/>/gr;
+my @unexplained;
+for my $command (@commands) {
+    next if $command =~ /, menu, / || $command =~ /Recent opened/;
+    my ($caption) = $command =~ /^\{"\w+", \w+, "([^"]+)"/;
+    my ($key) = $command =~ /\{[^{}]*"([^"]+)"\}/;
+    push @unexplained, $caption if $menus !~ /\b\Q$caption\E\b/i;
+    push @unexplained, $key if defined $key && $menus !~ /\b\Q$key\E\b/;
+}
+report('every command and key of the menus is explained', @commands > 30 ? () : 'too few', @unexplained);
+
 # ---- errors
 
 my $header = text_of("$root/kit/compiler/errors.h");
