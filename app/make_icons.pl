@@ -78,7 +78,7 @@ sub corners {    # size, line from 0 to size
 
 sub pixel {    # its four bytes: blue, green, red, cover
     my ($size, $column, $row) = @_;
-    my $samples = 6;    # in each direction of a pixel
+    my $samples = 4;    # in each direction of a pixel
     # In the larger sizes no shape is so thin that it lies between a pixel's corners: when these agree all of it does.
     if ($size >= 48) {
         my ($upper, $lower) = (corners($size, $row), corners($size, $row + 1));
