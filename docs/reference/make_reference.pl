@@ -41,6 +41,18 @@ sub write_file {
     close($file) or die "$folder/$name: $!\n";
 }
 
+# Programs and what they print stand in the sources as they are. They are kept apart, escaped, while the rest of a page is
+# worked on.
+my @kept;
+sub keep_programs {
+    my ($body) = @_;
+    $body =~ s{(<pre class="(?:example|output|screen|input|syntax|source)"(?: id="[\w.]+")?>)\n?(.*?)\n?</pre>}{
+        push @kept, $1 . escaped($2) . '</pre>';
+        "\0$#kept\0"
+    }gse;
+    return $body;
+}
+
 # ---- what there is
 
 sub add_place {
@@ -60,6 +72,7 @@ sub read_topics {
     for my $stem (sort keys %topics) {
         my $topic = $topics{$stem};
         my $address = "$stem.htm";
+        $topic->{body} = keep_programs($topic->{body});
         add_place($stem, $address);
         add_place($_, $address) for @{$topic->{names}};
         push @index, [$_, $address] for @{$topic->{names}}, @{$topic->{keywords}};
@@ -76,7 +89,9 @@ sub add_library {
     my $address = "lib/$stem.htm";
     die "$path: the name does not fit DOS\n" unless $stem =~ /^[a-z0-9_]{1,8}$/;
     my $body = prose($library->{introduction});
-    $body .= "<p>Include it behind the program heading:</p>\n<pre class=\"syntax\">{\$I " . uc($stem) . ".LIB}</pre>\n";
+    my $example = "$sources/library/$stem.htm";
+    my $shown = -f $example ? "<h2>Example</h2>\n" . keep_programs(read_file($example)) : '';
+    $body .= "<p>Include it behind the program heading:</p>\n<pre class=\"syntax\">{\$I " . uc($stem) . ".LIB}</pre>\n$shown";
     if ($library->{declarations} ne '') {
         $body .= "<h2>Constants, types and variables</h2>\n<pre>" . escaped($library->{declarations}) . "</pre>\n";
     }
@@ -181,18 +196,9 @@ sub page {
         return "<a href=\"$up$address\">" . ($text // $name) . '</a>';
     };
     my $body = $topic->{body};
-    # Programs and what they print stand in the sources as they are.
-    my @raw;
-    my $is_source = $stem !~ m{/};
-    $body =~ s{(<pre class="(?:example|output|screen|input|syntax|source)"(?: id="[\w.]+")?>)\n?(.*?)\n?</pre>}{
-        my ($start, $text) = ($1, $2);
-        $text = escaped($text) if $is_source;
-        push @raw, "$start$text</pre>";
-        "\0$#raw\0"
-    }gse;
     $body =~ s/\[\[([^\]|]+)(?:\|([^\]]+))?\]\]/$link->($1, $2)/ge;
     $body =~ s/^\@(errors|routines|contents)$/$generated{$1}->()/gme;
-    $body =~ s/\0(\d+)\0/$raw[$1]/g;
+    $body =~ s/\0(\d+)\0/$kept[$1]/g;
     $body =~ s{(?=<pre class="output">)}{<p class="label">prints</p>\n}g;
     $body =~ s{(?=<pre class="screen">)}{<p class="label">shows</p>\n}g;
     $body =~ s{(?=<pre class="input">)}{<p class="label">when this is typed</p>\n}g;

@@ -104,6 +104,7 @@ for my $path (sort @library) {
     push @headings, $text =~ /[^;]\}\n(?:procedure|function) +(\w+)/gi;
     my %heading = map { $_ => 1 } @headings;
     report("$name.LIB has routines", %heading ? () : 'none');
+    report("the page of $name.LIB has an example", $page =~ /<pre class="example">/ ? () : 'none');
     report("the page of $name.LIB shows each routine", grep { $page !~ m{(?:procedure|function) \Q$_\E\b} } sort keys %heading);
     report("the index knows those of $name.LIB", grep { !$index_of{lc $_} } sort keys %heading);
     report("the editor knows those of $name.LIB", grep { !$signed{uc $_} } sort keys %heading);
