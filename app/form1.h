@@ -16,6 +16,7 @@
 #include "util/shell.h"
 #include "util/twips.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -54,6 +55,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     Form6& aboutDialog() { return *form6_; }
     Form2& progressWindow() { return *form2_; }
     const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
+    /// Index of the last entry of that list, -1 before it has been read.
+    std::int32_t AutocompleteLast() const { return static_cast<std::int32_t>(AutocompleteList_.size()) - 1; }
     bool SplitActive() const { return SplitActive_; }
     /// The `PicBKG` colour.
     static constexpr COLORREF pictureBackground = RGB(0, 0, 255);

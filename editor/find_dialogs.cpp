@@ -1,5 +1,7 @@
 #include "editor/find_dialogs.h"
 
+#include "editor/oem_characters.h"
+
 #include <bit>
 #include <utility>
 
@@ -35,11 +37,11 @@ void FindDialogs::prepare() {
     dialog_ = nullptr;
     constexpr DWORD kept = FR_DOWN | FR_MATCHCASE | FR_WHOLEWORD;
     record_.Flags &= kept;
-    const std::string selected = editor_.selectedText();
+    const std::wstring selected = unicodeOfOem(editor_.selectedText());
     if (selected.empty() || selected.size() >= what_.size() ||
-        selected.find_first_of("\r\n") != std::string::npos)
+        selected.find_first_of(std::wstring_view(L"\r\n\0", 3)) != std::wstring::npos)
         return;
-    what_.fill('\0');
+    what_.fill(L'\0');
     selected.copy(what_.data(), what_.size() - 1);
 }
 
@@ -50,7 +52,7 @@ void FindDialogs::showFind() {
     }
     prepare();
     replacing_ = false;
-    dialog_ = FindTextA(&record_);
+    dialog_ = FindTextW(&record_);
 }
 
 void FindDialogs::showReplace() {
@@ -61,19 +63,23 @@ void FindDialogs::showReplace() {
     prepare();
     replacing_ = true;
     record_.Flags |= FR_DOWN; // this dialog has no choice of direction
-    dialog_ = ReplaceTextA(&record_);
+    dialog_ = ReplaceTextW(&record_);
 }
 
 void FindDialogs::findNext() {
-    if (what_[0] == '\0')
+    if (what_[0] == L'\0')
         showFind();
     else
         search();
 }
 
 FindRequest FindDialogs::request() const {
-    return {what_.data(), (record_.Flags & FR_MATCHCASE) != 0, (record_.Flags & FR_WHOLEWORD) != 0,
-            (record_.Flags & FR_DOWN) != 0};
+    return {oemOfUnicode(what_.data()), (record_.Flags & FR_MATCHCASE) != 0,
+            (record_.Flags & FR_WHOLEWORD) != 0, (record_.Flags & FR_DOWN) != 0};
+}
+
+std::string FindDialogs::replacement() const {
+    return oemOfUnicode(with_.data());
 }
 
 void FindDialogs::search() {
@@ -86,18 +92,19 @@ void FindDialogs::search() {
         notify_(wanted.forward ? "Searched on from the start" : "Searched on from the end");
         break;
     case Found::no:
-        messages_.show("\"" + wanted.text + "\" was not found.", "Tavrel", Icon::information, Buttons::ok);
+        messages_.show("\"" + ansiOfOem(wanted.text) + "\" was not found.", "Tavrel", Icon::information,
+                       Buttons::ok);
         break;
     }
 }
 
 void FindDialogs::replace() {
-    editor_.replaceMatch(request(), with_.data());
+    editor_.replaceMatch(request(), replacement());
     search();
 }
 
 void FindDialogs::replaceAll() {
-    const long count = editor_.replaceAll(request(), with_.data());
+    const long count = editor_.replaceAll(request(), replacement());
     notify_(std::to_string(count) + (count == 1 ? " place replaced" : " places replaced"));
 }
 
@@ -113,7 +120,7 @@ void FindDialogs::obey(DWORD flags) {
 }
 
 bool FindDialogs::handle(UINT message, LPARAM second) {
-    if (message != dialogMessage() || std::bit_cast<FINDREPLACEA*>(second) != &record_)
+    if (message != dialogMessage() || std::bit_cast<FINDREPLACEW*>(second) != &record_)
         return false;
     obey(record_.Flags);
     return true;

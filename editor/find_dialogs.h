@@ -39,14 +39,15 @@ class FindDialogs : private MessageFilter {
     void replace();
     void replaceAll();
     FindRequest request() const;
+    std::string replacement() const;
 
     HWND owner_;
     CodeEditor& editor_;
     MessageBoxes& messages_;
     std::function<void(const std::string&)> notify_;
-    FINDREPLACEA record_{};
-    std::array<char, 256> what_{};
-    std::array<char, 256> with_{};
+    FINDREPLACEW record_{}; ///< Unicode: the text's OEM characters are not those of the ANSI code page
+    std::array<wchar_t, 256> what_{};
+    std::array<wchar_t, 256> with_{};
     HWND dialog_ = nullptr;
     bool replacing_ = false;
 };

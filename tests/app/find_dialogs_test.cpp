@@ -78,6 +78,46 @@ TEST_F(FindAndReplace, TheSelectedWordIsOffered) {
     EXPECT_EQ(dialog(), nullptr);
 }
 
+// Only characters that the ANSI code page has too: Wine takes the others out of its dialogs, Windows does
+// not.
+TEST_F(FindAndReplace, TextsAreOemCharactersAsInTheEditor) {
+    startWithText("caf\x82 \x84 CAF\x90\r\n"); // e acute, a diaeresis, capital e acute
+    SendMessageA(editorPane(0), SCI_SETSEL, 0, 4);
+    choose(mnuFind);
+    std::array<wchar_t, 64> offered{};
+    GetDlgItemTextW(dialog(), edt1, offered.data(), static_cast<int>(offered.size()));
+    EXPECT_STREQ(offered.data(), L"caf\u00E9");
+    press(IDOK);
+    EXPECT_EQ(form->Code1().selectedText(), "CAF\x90") << "letter case does not count beyond ASCII either";
+    press(IDOK);
+    EXPECT_EQ(form->Code1().selectedText(), "caf\x82");
+    SetDlgItemTextW(dialog(), edt1, L"\u00FC");
+    press(IDOK);
+    ASSERT_EQ(messages.shown.size(), 1U);
+    EXPECT_EQ(messages.shown[0].text, "\"\xFC\" was not found.") << "the box shows ANSI characters";
+    press(IDCANCEL);
+    choose(mnuReplace);
+    SetDlgItemTextW(dialog(), edt1, L"\u00E4");
+    SetDlgItemTextW(dialog(), edt2, L"\u00F6");
+    press(psh2);
+    EXPECT_EQ(form->Code1().text(), "caf\x82 \x94 CAF\x90\r\n");
+}
+
+TEST_F(FindAndReplace, ASelectionThatIsNoSearchTextIsNotOffered) {
+    startWithText("one\r\ntwo");
+    open(mnuFind, "old");
+    press(IDOK); // not there; remembered all the same
+    press(IDCANCEL);
+    for (const LPARAM end : {LPARAM{0}, LPARAM{8}}) { // nothing, more than a line
+        SendMessageA(editorPane(0), SCI_SETSEL, 0, end);
+        choose(mnuFind);
+        std::array<char, 64> offered{};
+        GetDlgItemTextA(dialog(), edt1, offered.data(), static_cast<int>(offered.size()));
+        EXPECT_STREQ(offered.data(), "old");
+        press(IDCANCEL);
+    }
+}
+
 TEST_F(FindAndReplace, FindNextWithoutATextAsksForOne) {
     startWithText("one");
     choose(mnuFindNext);

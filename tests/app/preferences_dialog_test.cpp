@@ -1,6 +1,9 @@
 // The preferences, opened from the main window.
 #include "tests/app/main_window.h"
 
+#include <utility>
+#include <vector>
+
 namespace tavrel {
 namespace {
 
@@ -39,11 +42,40 @@ TEST_F(PreferencesDialog, ShowsTheSettings) {
         EXPECT_EQ(text(dialog, Form4_Text2), "-diska %dsk -msx2");
         EXPECT_EQ(text(dialog, Form4_Text3), program.path() + "dsk\\");
         EXPECT_EQ(text(dialog, Form4_cmbFontSize), "11");
-        EXPECT_EQ(text(dialog, Form4_Frame1), " Emulator");
+        const std::vector<std::pair<int, const char*>> captions = {
+            {Form4_Frame1, " Emulator"},
+            {Form4_Label1, "Emulator's path:"},
+            {Form4_Command3, "Browse"},
+            {Form4_Label2, "Command line"},
+            {Form4_Frame2, "Other"},
+            {Form4_Label3, "Disk image location"},
+            {Form4_Command4, "Browse"},
+            {Form4_Label4, "Code font size:"},
+            {Form4_Check1, "Register .tpj extension with Tavrel"},
+            {Form4_Check2, "Auto-save when changing files"},
+            {Form4_Check3, "Don't open the new project dialog at startup"},
+            {Form4_Chktooltip, "Use function auto-tooltip"},
+            {Form4_Command1, "Ok"},
+            {Form4_Command2, "Cancel"}};
+        for (const auto& [control, caption] : captions)
+            EXPECT_EQ(text(dialog, control), caption);
         EXPECT_EQ(IsDlgButtonChecked(dialog, Form4_Check3), BST_CHECKED)
             << "the tests start without that dialog";
         EXPECT_EQ(IsDlgButtonChecked(dialog, Form4_Chktooltip), BST_CHECKED);
-        EXPECT_EQ(SendDlgItemMessageA(dialog, Form4_cmbFontSize, CB_GETCOUNT, 0, 0), 10);
+        std::string sizes;
+        for (int i = 0; i < SendDlgItemMessageA(dialog, Form4_cmbFontSize, CB_GETCOUNT, 0, 0); ++i) {
+            std::array<char, 16> size{};
+            SendDlgItemMessageA(dialog, Form4_cmbFontSize, CB_GETLBTEXT, static_cast<WPARAM>(i),
+                                std::bit_cast<LPARAM>(size.data()));
+            sizes += std::string(size.data()) + " ";
+        }
+        EXPECT_EQ(sizes, "8 10 11 12 14 15 16 17 18 20 ");
+        RECT own = {};
+        RECT owner = {};
+        GetWindowRect(dialog, &own);
+        GetWindowRect(form->window(), &owner);
+        EXPECT_NEAR((owner.left + owner.right) / 2, (own.left + own.right) / 2, 1);
+        EXPECT_NEAR((owner.top + owner.bottom) / 2, (own.top + own.bottom) / 2, 1);
         press(dialog, Form4_Command2);
     });
 }

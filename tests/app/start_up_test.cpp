@@ -136,6 +136,7 @@ TEST_F(StartUp, AnUnreadableWordListStopsItBeforeTheSettings) {
     EXPECT_TRUE(registry.written.empty());
     EXPECT_FALSE(IsWindowVisible(form->window()));
     EXPECT_EQ(form->workspace().LastDir, "");
+    EXPECT_EQ(form->AutocompleteLast(), -1);
     form.reset();
     program.write("help\\autocomplete.txt", "");
     EXPECT_EQ(failureOfStart(), RuntimeErrorNumber::inputPastEndOfFile);
@@ -143,6 +144,7 @@ TEST_F(StartUp, AnUnreadableWordListStopsItBeforeTheSettings) {
     program.write("help\\autocomplete.txt", "\r\n");
     EXPECT_EQ(failureOfStart(), RuntimeErrorNumber::overflow);
     EXPECT_EQ(form->AutocompleteList(), std::vector<std::string>{""}) << "one empty line is a list";
+    EXPECT_EQ(form->AutocompleteLast(), 0);
 }
 
 TEST_F(StartUp, AMissingHelpFolderStopsItToo) {
@@ -225,6 +227,13 @@ TEST_F(StartUp, RecentFilesAreShownAsTheyAreStored) {
     const std::string bar = outline(GetMenu(form->window()));
     EXPECT_NE(bar.find("  Print\n  -\n  C:\\A && B.TPJ\n  c:\\two.pas\n  -\n  Exit\n"), std::string::npos)
         << bar;
+}
+
+TEST_F(StartUp, AGapInTheRecentListIsHiddenAndTheSeparatorFollowsTheFirst) {
+    storeSettings([](Settings& settings) { settings.Recent = {"", "c:\\two.pas", "", "", "c:\\five.tpj"}; });
+    start();
+    const std::string bar = outline(GetMenu(form->window()));
+    EXPECT_NE(bar.find("  Print\n  -\n  c:\\two.pas\n  c:\\five.tpj\n  Exit\n"), std::string::npos) << bar;
 }
 
 TEST_F(StartUp, TheWindowIsShownAndTheEditorHasTheFocus) {

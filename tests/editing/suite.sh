@@ -99,6 +99,22 @@ drive close
 ended
 check "the program ends without a question about the text" "ended 0" "$ended"
 
+# A machine without a printer and without the help viewer loses printing and help, nothing else.
+CUPS_SERVER=/nowhere WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-};hhctrl.ocx=" start "$(winepath -w "$work/game/GAME.TPJ" 2> /dev/null)"
+await "the project is loaded again" "Current View: GAME.PAS" drive status
+drive menu mnuPrint
+check "without a printer the user is told" "There is no printer to print on." "$(drive answer OK)"
+drive menu mnuRefHelp --key
+drive keys 'z'
+await "without the help viewer the program works on" "z" drive text
+drive menu mnuSplit --key
+await "Ctrl+F6 splits" "of 2" drive pane
+drive menu mnuSplit --key
+await "and joins again" "of 1" drive pane
+drive close
+ended
+check "and ends as ever" "ended 0" "$ended"
+
 rm "$program/help/autocomplete.txt"
 start
 check "a missing word list is told" "File not found" "$(drive answer OK)"

@@ -48,6 +48,41 @@ TEST(RoutineIndex, RefreshTakesTheEditorsText) {
     EXPECT_TRUE(RefreshTooltips(lists, {"Root"}, "other", editor)) << "one node only: nothing to say";
 }
 
+TEST(RoutineIndex, TheKeywordMayStandWithItsBlankOnlyLater) {
+    EXPECT_EQ(routineHeader("functional x; function Y"), "Y");
+    EXPECT_EQ(routineHeader("procedures procedure Z;"), "Z;");
+    EXPECT_EQ(routineHeader("procedure P; function F"), "P; function F") << "the line opens with procedure";
+    EXPECT_EQ(routineHeader("FuNcTiOn F; { a comment }  "), "F; { a comment }");
+    EXPECT_FALSE(routineHeader("functions procedure Z;"));
+}
+
+TEST(RoutineIndex, AFileIsAddedToWhatTheListHolds) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("A.PAS", "procedure One;\r\n");
+    std::vector<FileRoutineList> lists;
+    GetFileFunctions(lists, 0, path);
+    GetFileFunctions(lists, 0, path);
+    EXPECT_EQ(lists[0].Headers, (std::vector<std::string>{"One;", "One;"}));
+    EXPECT_EQ(lists[0].Count, 2);
+}
+
+TEST(RoutineIndex, OfNodesWithTheSameTextEachIsClearedAndTheLastFilled) {
+    test::FakeEditor editor;
+    editor.content = "procedure New;\r\n";
+    std::vector<FileRoutineList> lists(3);
+    for (FileRoutineList& list : lists)
+        appendHeader(list, "old");
+    EXPECT_TRUE(RefreshTooltips(lists, {"A.INC", "MAIN.PAS", "A.INC", "A.INC"}, "A.INC", editor))
+        << "the root's text does not matter when a file has it too";
+    EXPECT_EQ(lists[0].Headers, std::vector<std::string>{"old"});
+    EXPECT_TRUE(lists[1].Headers.empty());
+    EXPECT_EQ(lists[1].Count, 0);
+    EXPECT_EQ(lists[2].Headers, std::vector<std::string>{"New;"});
+    EXPECT_EQ(lists[2].Count, 1);
+    EXPECT_FALSE(RefreshTooltips(lists, {"A.INC", "MAIN.PAS"}, "a.inc", editor)) << "letter case counts";
+    EXPECT_EQ(lists[2].Headers, std::vector<std::string>{"New;"}) << "an error changes nothing";
+}
+
 TEST(RoutineIndex, WithTooltipsOffNothingIsSaid) {
     test::TestWorkspace test;
     test.workspace.settings.UseTooltips = storedFalse;

@@ -102,6 +102,19 @@ TEST(Files, ADeviceIsNoFileToRead) {
 #endif
 }
 
+#ifdef _WIN32
+TEST(Files, AFileThatAnotherProgramLocksCountsAsMissing) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.write("a.txt", "x");
+    HANDLE const holder =
+        CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_FALSE(FileExists(path));
+    EXPECT_EQ(numberOf([&] { readWholeFile(path); }), RuntimeErrorNumber::permissionDenied);
+    CloseHandle(holder);
+    EXPECT_TRUE(FileExists(path));
+}
+#endif
+
 TEST(Files, ANameWithAZeroInItIsNotTheNameBeforeTheZero) {
     const test::TemporaryFolder folder;
     const std::string path = folder.write("a.txt", "old") + std::string("\0.bak", 5);

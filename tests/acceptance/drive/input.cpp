@@ -45,8 +45,9 @@ void pressSign(HWND form, char sign) {
 
 WORD keyNamed(const std::string& name) {
     static const std::vector<std::pair<const char*, WORD>> names = {
-        {"Ctrl", VK_CONTROL}, {"Shift", VK_SHIFT}, {"Tab", VK_TAB},   {"Enter", VK_RETURN},
-        {"Esc", VK_ESCAPE},   {"Down", VK_DOWN},   {"Home", VK_HOME}, {"End", VK_END}};
+        {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},   {"Shift", VK_SHIFT}, {"Tab", VK_TAB},
+        {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},   {"Right", VK_RIGHT},
+        {"Home", VK_HOME},    {"End", VK_END},    {"F10", VK_F10}};
     for (const auto& [known, key] : names) {
         if (name == known)
             return key;

@@ -269,6 +269,18 @@ int answerBox(const Options& options, const std::string& button) {
     throw std::invalid_argument("no button is called " + button);
 }
 
+/// Presses the button with this caption in the dialog that is up.
+int clickButton(const Options& options, const std::string& caption) {
+    HWND button = nullptr;
+    waitUntil(options, "a dialog with this button", [&] {
+        HWND const dialog = dialogBox();
+        button = dialog == nullptr ? nullptr : FindWindowExA(dialog, nullptr, "Button", caption.c_str());
+        return button != nullptr;
+    });
+    PostMessageA(button, BM_CLICK, 0, 0);
+    return 0;
+}
+
 int typeText(const Options& options, const std::string& text) {
     HWND const pane = editorPane(mainWindow(options));
     for (const char c : text)
@@ -418,6 +430,8 @@ int perform(const Options& options) {
         return printPane(options);
     if (verb == "click-node")
         return clickNode(options, argument());
+    if (verb == "click")
+        return clickButton(options, argument());
     if (verb == "answer")
         return answerBox(options, argument());
     if (verb == "close")
@@ -458,7 +472,7 @@ int main(int count, char** arguments) {
             "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|template NAME [--autoexec]|"
             "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
             "tree|status|caret|text|type TEXT|keys TEXT|press KEYS|right-click|pane|menu NAME|"
-            "click-node TEXT|answer BUTTON|close [--timeout SECONDS] [--key]\n",
+            "click-node TEXT|answer BUTTON|click CAPTION|close [--timeout SECONDS] [--key]\n",
             error.what());
         return 3;
     }
