@@ -26,9 +26,10 @@ CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
     windowClass.hCursor = LoadCursorA(nullptr, std::bit_cast<LPCSTR>(IDC_SIZENS));
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     RegisterClassA(&windowClass); // fails when it is registered already, which is as good
-    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, className, "", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
-                              0, 0, parent, std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)),
-                              GetModuleHandleA(nullptr), this);
+    // Its text is shown nowhere; it is the name that a screen reader says.
+    window_ = CreateWindowExA(
+        WS_EX_CLIENTEDGE, className, "Source", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 0, 0, parent,
+        std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)), GetModuleHandleA(nullptr), this);
     if (window_ == nullptr)
         throw std::runtime_error("The editor window cannot be made.");
     upper_ = std::make_unique<ScintillaView>(window_);

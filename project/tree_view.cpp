@@ -17,7 +17,8 @@ int imageIndex(TreeImage image) {
 TreeView::TreeView(HWND parent, int controlIdentifier) {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
                             TVS_LINESATROOT | TVS_SHOWSELALWAYS;
-    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, WC_TREEVIEWA, "", style, 0, 0, 0, 0, parent,
+    // Its text is shown nowhere; it is the name that a screen reader says.
+    window_ = CreateWindowExA(WS_EX_CLIENTEDGE, WC_TREEVIEWA, "Project tree", style, 0, 0, 0, 0, parent,
                               std::bit_cast<HMENU>(static_cast<INT_PTR>(controlIdentifier)),
                               GetModuleHandleA(nullptr), nullptr);
     if (window_ == nullptr)

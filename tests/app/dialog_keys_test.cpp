@@ -95,6 +95,39 @@ TEST_F(DialogKeys, GoToLine) {
     });
 }
 
+TEST_F(DialogKeys, PaletteConverter) {
+    start();
+    check("Palette Converter", mnuConvPal, [](HWND dialog) {
+        EXPECT_EQ(tabOrder(dialog), (std::vector<int>{frmConvPal_Text1, frmConvPal_Command1, frmConvPal_Text2,
+                                                      frmConvPal_Command2, frmConvPal_Command3,
+                                                      frmConvPal_Command4, frmConvPal_Command5, IDCANCEL}));
+        EXPECT_EQ(defaultButton(dialog), frmConvPal_Command2);
+        EXPECT_EQ(labelOf(dialog, frmConvPal_Text1),
+                  "Palette of a paint program (.pal) or 16-colour image (.bmp):");
+    });
+}
+
+TEST_F(DialogKeys, AboutAndHistory) {
+    start();
+    choose(mnuAbout);
+    HWND const about = form->aboutDialog().window();
+    EXPECT_EQ(tabOrder(about), std::vector<int>{Form6_History});
+    bool seen = false;
+    whenDialogOpens("History", [&](HWND dialog) {
+        seen = true;
+        EXPECT_EQ(tabOrder(dialog), std::vector<int>{Form7_Text1});
+        press(dialog, VK_ESCAPE);
+    });
+    program.write("history.txt", "One\r\n");
+    PostMessageA(GetDlgItem(about, Form6_History), WM_KEYDOWN, VK_SPACE, 0);
+    PostMessageA(GetDlgItem(about, Form6_History), WM_KEYUP, VK_SPACE, 0);
+    const ULONGLONG end = GetTickCount64() + 5000;
+    while (!seen && GetTickCount64() < end)
+        pump();
+    EXPECT_TRUE(seen) << "the space bar presses the button";
+    EXPECT_EQ(FindWindowA("#32770", "History"), nullptr);
+}
+
 TEST_F(DialogKeys, EnterInTheGoToLineDialogGoesThere) {
     start();
     form->Code1().setText("one\r\ntwo");

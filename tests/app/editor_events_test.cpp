@@ -123,29 +123,55 @@ TEST_F(EditorEvents, TheMenuCommandsLaunchTheSame) {
     EXPECT_EQ(shell.helpShown, std::vector<std::string>(2, program.path() + "tp3reference.chm"));
 }
 
-// The menu's own loop runs until a timer has seen the menu.
-bool menuSeen;
+// The menu's own loop runs until a timer has seen the menu: captions of what can be chosen in it.
+std::string choices;
 void CALLBACK lookAtMenu(HWND, UINT, UINT_PTR timer, DWORD) {
-    if (FindWindowA("#32768", nullptr) == nullptr)
+    HWND const popUp = FindWindowA("#32768", nullptr);
+    if (popUp == nullptr)
         return;
-    menuSeen = true;
     KillTimer(nullptr, timer);
+    auto* const menu = std::bit_cast<HMENU>(SendMessageA(popUp, MN_GETHMENU, 0, 0));
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        const auto position = static_cast<UINT>(i);
+        std::array<char, 40> caption{};
+        GetMenuStringA(menu, position, caption.data(), static_cast<int>(caption.size()), MF_BYPOSITION);
+        constexpr UINT unusable = MF_GRAYED | MF_DISABLED | MF_SEPARATOR;
+        if ((GetMenuState(menu, position, MF_BYPOSITION) & unusable) == 0)
+            choices += std::string(caption.data()) + ",";
+    }
     EndMenu();
 }
 
 TEST_F(EditorEvents, TheRightButtonPopsUpTheEditMenu) {
     start();
+    LPARAM place = MAKELPARAM(500, 300); // beside any text
+    const auto click = [&](UINT message, WPARAM button) {
+        choices.clear();
+        constexpr UINT often = 20; // milliseconds
+        const UINT_PTR timer = SetTimer(nullptr, 0, often, lookAtMenu);
+        SendMessageA(editorPane(0), message, button, place);
+        if (message == WM_LBUTTONDOWN)
+            SendMessageA(editorPane(0), WM_LBUTTONUP, 0, place);
+        KillTimer(nullptr, timer);
+        return choices;
+    };
+    OpenClipboard(nullptr);
+    EmptyClipboard();
+    CloseClipboard();
+    EXPECT_EQ(click(WM_LBUTTONDOWN, MK_LBUTTON), "") << "other buttons do not";
+    const std::string always = "Find,Find Next,Replace,";
+    EXPECT_EQ(click(WM_RBUTTONDOWN, MK_RBUTTON), "Delete," + always + "Clear,Preferences,");
     form->Code1().insertText("word", {0, 0});
-    SendMessageA(editorPane(0), EM_SETSEL, 0, 0);
-    menuSeen = false;
-    constexpr UINT often = 20; // milliseconds
-    SetTimer(nullptr, 0, often, lookAtMenu);
-    SendMessageA(editorPane(0), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(500, 300));
-    SendMessageA(editorPane(0), WM_LBUTTONUP, 0, MAKELPARAM(500, 300));
-    EXPECT_FALSE(menuSeen) << "other buttons do not";
-    SendMessageA(editorPane(0), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(500, 300));
-    EXPECT_TRUE(menuSeen);
-    EXPECT_FALSE(form->commandEnabled(mnuCut)) << "nothing is selected";
+    SendMessageA(editorPane(0), SCI_SELECTALL, 0, 0);
+    form->copyCommand();
+    const auto x = SendMessageA(editorPane(0), SCI_POINTXFROMPOSITION, 0, 2);
+    const auto y = SendMessageA(editorPane(0), SCI_POINTYFROMPOSITION, 0, 2);
+    place = MAKELPARAM(x, y + 2);
+    const std::string selected = click(WM_RBUTTONDOWN, MK_RBUTTON);
+    EXPECT_EQ(selected, "Cut,Copy,Paste,Delete," + always + "Undo,Clear,Preferences,")
+        << "a click on the selection leaves it";
+    form->Code1().undo();
+    EXPECT_EQ(click(WM_RBUTTONDOWN, MK_RBUTTON), "Paste,Delete," + always + "Redo,Clear,Preferences,");
 }
 
 } // namespace

@@ -37,6 +37,17 @@ TEST_F(MainWindow, EveryRowOfTheCommandTableIsInTheMenuOnce) {
     DestroyMenu(bar);
 }
 
+TEST_F(MainWindow, ItsControlsHaveNamesForScreenReaders) {
+    start();
+    const auto nameOf = [&](int control) {
+        std::array<char, 40> name{};
+        GetDlgItemTextA(form->window(), control, name.data(), static_cast<int>(name.size()));
+        return std::string(name.data());
+    };
+    EXPECT_EQ(nameOf(Form1_TV), "Project tree");
+    EXPECT_EQ(nameOf(Form1_Code1), "Source");
+}
+
 TEST_F(MainWindow, HasAnIconOfEachSizeThatTheShellShows) {
     start();
     EXPECT_NE(SendMessageA(form->window(), WM_GETICON, ICON_SMALL, 0), 0);
