@@ -88,6 +88,7 @@ Figures codeEditor(const std::string& path) {
     HWND const frame = makeFrame();
     {
         CodeEditor editor(frame, 1);
+        editor.setFont("Courier New", 10);
         MoveWindow(editor.window(), 0, 0, width, height, TRUE);
         HWND const pane = FindWindowExA(editor.window(), nullptr, "Scintilla", nullptr);
         UpdateWindow(pane);

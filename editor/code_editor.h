@@ -24,7 +24,8 @@ enum class Found { no, yes, behindTheEnd /* the search went on at the text's oth
 
 class CodeEditor : public SourceEditor {
   public:
-    /// Makes the control as a child of `parent`. Throws std::runtime_error.
+    /// Makes the control as a child of `parent`. setFont() gives it its font and colours; measuring texts in
+    /// a font first that is not the wanted one would make each start slower. Throws std::runtime_error.
     CodeEditor(HWND parent, int controlIdentifier);
     ~CodeEditor() override;
     CodeEditor(const CodeEditor&) = delete;
@@ -120,8 +121,8 @@ class CodeEditor : public SourceEditor {
     int activePane_ = 0;
     bool forcedModified_ = false;
     std::size_t shownDigits_ = 0;
-    std::string face_ = "Courier New";
-    int size_ = 10;
+    std::string face_; ///< empty before the first setFont()
+    int size_ = 0;
     int characterSet_ = 0;
 };
 

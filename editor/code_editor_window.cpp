@@ -35,7 +35,6 @@ CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
     upper_ = std::make_unique<ScintillaView>(window_);
     setUp(*upper_);
     listenTo(*upper_);
-    layNumberMargin();
 }
 
 CodeEditor::~CodeEditor() {
@@ -76,7 +75,8 @@ void CodeEditor::setUp(const ScintillaView& view) const {
                   sptr_t{SCI_NULL});
     }
     view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(SCK_RETURN | (SCMOD_CTRL << 16)), sptr_t{SCI_NEWLINE});
-    applyPascalStyle(view, face_, size_, characterSet_);
+    if (!face_.empty())
+        applyPascalStyle(view, face_, size_, characterSet_);
     // The pane must not refuse files that are dropped on it; they are the main window's to open.
     RevokeDragDrop(view.window());
     DragAcceptFiles(view.window(), TRUE);

@@ -23,14 +23,13 @@ TreeView::TreeView(HWND parent, int controlIdentifier) {
                               GetModuleHandleA(nullptr), nullptr);
     if (window_ == nullptr)
         throw std::runtime_error("The project tree cannot be made.");
-    ImageList1_ = makeTreeImages();
-    SendMessageA(window_, TVM_SETIMAGELIST, TVSIL_NORMAL, std::bit_cast<LPARAM>(ImageList1_));
 }
 
 TreeView::~TreeView() {
     if (tree_ != nullptr)
         tree_->setListener(nullptr);
-    ImageList_Destroy(ImageList1_);
+    if (ImageList1_ != nullptr)
+        ImageList_Destroy(ImageList1_);
 }
 
 void TreeView::attach(ProjectTree& tree) {
@@ -43,7 +42,16 @@ void TreeView::nodesCleared() {
     SendMessageA(window_, TVM_DELETEITEM, 0, std::bit_cast<LPARAM>(TVI_ROOT));
 }
 
+/// Draws the pictures, once there are nodes to show them: the program starts without.
+void TreeView::useImages() {
+    if (ImageList1_ != nullptr)
+        return;
+    ImageList1_ = makeTreeImages();
+    SendMessageA(window_, TVM_SETIMAGELIST, TVSIL_NORMAL, std::bit_cast<LPARAM>(ImageList1_));
+}
+
 void TreeView::nodeAdded(std::size_t index) {
+    useImages();
     const TreeNode& node = tree_->node(index);
     std::string text = node.text;
     TVINSERTSTRUCTA insertion = {};

@@ -34,6 +34,8 @@ class TreeView : public ProjectTreeListener {
     void nodeSelected(std::size_t index) override;
 
   private:
+    void useImages();
+
     HWND window_ = nullptr;
     HIMAGELIST ImageList1_ = nullptr;
     ProjectTree* tree_ = nullptr;
