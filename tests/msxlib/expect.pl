@@ -234,7 +234,14 @@ sub check_loading {
         same('the third on page 1', unpack('H*', noise(333, 3)), unpack('H*', substr($vram, 0x8123, 333)));
     }
     same('the palette', unpack('H*', $colors), unpack('H*', bytes_of('palette')));
-    same('results', 'FALSE FALSE FALSE TRUE FALSE TRUE TRUE', bytes_of('text'));
+    same('results', 'FALSE FALSE FALSE TRUE FALSE TRUE TRUE TRUE', bytes_of('text'));
+    # What was saved, without what fills the last block.
+    (my $folder = $result) =~ s{/[^/]*$}{};
+    open(my $handle, '<:raw', "$folder/SAVED.BIN") or die "SAVED.BIN: $!\n";
+    my $saved = do { local $/; <$handle> };
+    same('the header of what was saved', unpack('H*', pack('Cvvv', 0xFE, 0, $length - 1, 0)), unpack('H14', $saved));
+    same('what was saved', '', first_difference($page, substr($saved, 7), 0, $length));
+    same('its length', 128 * int(($length + 7 + 127) / 128), length $saved);
 }
 
 sub check_sounds {

@@ -38,18 +38,21 @@ set too_fast 0
 proc count_too_fast {args} { incr ::too_fast }
 set finished 0
 array set opened {}
+array set changed {}
 
-# The host's name of a file control block's file, or nothing.
-proc host_name {block} {
+# The name in a file control block, and the path of the file of that name, or nothing.
+proc dos_name {block} {
     binary scan [debug read_block memory [expr {$block + 1}] 11] a8a3 name type
-    set name [string toupper [string trim $name]].[string toupper [string trim $type]]
+    return [string trimright [string toupper [string trim $name]].[string toupper [string trim $type]] .]
+}
+proc host_name {block} {
     foreach path [glob -nocomplain -directory $::env(TAVREL_FOLDER) *] {
-        if {[string toupper [file tail $path]] eq [string trimright $name .]} { return $path }
+        if {[string toupper [file tail $path]] eq [dos_name $block]} { return $path }
     }
     return ""
 }
 
-# The calls for files that are only read. The result goes to A and HL.
+# The calls for files. The result goes to A and HL.
 proc file_call {} {
     set block [reg DE]
     set result 0
@@ -72,7 +75,32 @@ proc file_call {} {
             reg DE 0x0F32
             return
         }
-        16 { unset -nocomplain ::opened($block) }
+        16 {
+            if {[info exists ::changed($block)]} {
+                set file [open [file join $::env(TAVREL_FOLDER) $::changed($block)] wb]
+                puts -nonewline $file $::opened($block)
+                close $file
+            }
+            unset -nocomplain ::opened($block) ::changed($block)
+        }
+        19 { if {[host_name $block] eq ""} { set result 255 } else { file delete [host_name $block] } }
+        22 {
+            set ::opened($block) ""
+            set ::changed($block) [dos_name $block]
+        }
+        38 {
+            set size [word [expr {$block + 14}]]
+            set place [expr {$size * ([word [expr {$block + 33}]] + 65536 * [debug read memory [expr {$block + 35}]])}]
+            set count [expr {$size * [reg HL]}]
+            set bytes [debug read_block memory $::dma $count]
+            set old $::opened($block)
+            append old [string repeat "\0" [expr {$place - [string length $old]}]]
+            set ::opened($block) [string range $old 0 $place-1]$bytes[string range $old $place+$count end]
+            set ::changed($block) [dos_name $block]
+            put_word [expr {$block + 33}] [expr {($place + $count) / $size}]
+            debug write memory [expr {$block + 35}] [expr {($place + $count) / $size >> 16}]
+            debug write_block memory [expr {$block + 16}] [binary format i [string length $::opened($block)]]
+        }
         39 {
             set size [word [expr {$block + 14}]]
             set record [expr {[word [expr {$block + 33}]] + 65536 * [debug read memory [expr {$block + 35}]]}]

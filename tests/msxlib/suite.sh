@@ -134,6 +134,10 @@ Their sum is 385." "$(typed Chain '')"
   played Game 12 stopped FIRE '4 {keymatrixdown 8 1}'
   played Game 60 stopped OVER '4 {keymatrixdown 8 1} 4.3 {keymatrixup 8 1}'
   played Game 10 ended TEXT '4 {keymatrixdown 8 1} 6 {keymatrixdown 7 4}'
+  played Picture 25 stopped PATTERN
+  touch -d '2000-01-01' "$work/Picture/PICTURE.SC5"
+  played Picture 6 stopped PATTERN
+  same "Picture does not save it again" 2000 "$(date -r "$work/Picture/PICTURE.SC5" +%Y)"
   played Sound 10 stopped MUSIC '6 {keymatrixdown 0 2} 6.1 {keymatrixup 0 2}'
   played Sound 10 ended TEXT '6 {keymatrixdown 7 4}'
 }

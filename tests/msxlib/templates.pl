@@ -100,6 +100,19 @@ my %moments = (
         # A key that is held down begins it anew.
         same('the laser', 'heard', @{$pitches[2]} >= 30 && @{$pitches[2]} < 40 ? 'heard' : scalar(@{$pitches[2]}));
     },
+    PATTERN => sub {
+        my $vram = bytes_of('vram');
+        my $pattern = Canvas->new(5, 0);
+        for my $ring (1 .. 14) {
+            $pattern->disc(@$_[0, 1], 8 * $ring, $_->[2], 3) for [70, 70, 1], [190, 60, 2], [128, 170, 4], [128, 100, 8];
+        }
+        same('the picture', '', $pattern->differences(Canvas->from_vram(5, $vram)));
+        same('it is on both pages', 1, substr($vram, 0, 0x6A00) eq substr($vram, 0x8000, 0x6A00) ? 1 : 0);
+        (my $folder = $result) =~ s{/[^/]*$}{};
+        open(my $file, '<:raw', "$folder/PICTURE.SC5") or die "PICTURE.SC5: $!\n";
+        my $saved = do { local $/; <$file> };
+        same('it has been saved', 1, substr($saved, 7, 0x6A00) eq substr($vram, 0, 0x6A00) ? 1 : 0);
+    },
     TEXT => \&text_screen,
 );
 ($moments{$moment} or die "templates.pl: nothing is known about $moment\n")->();

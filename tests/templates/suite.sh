@@ -56,6 +56,8 @@ check "the tree shows the libraries" "DRAW.LIB" "$tree"
 played 8 GRAPHICS
 build Game meteors
 played 6.5 START '4 {keymatrixdown 8 1} 4.3 {keymatrixup 8 1} 4.5 {keymatrixdown 8 0x80}'
+build Picture show
+played 25 PATTERN
 build Sound tune
 played 10 MUSIC '6 {keymatrixdown 0 2} 6.1 {keymatrixup 0 2}'
 build Files scores
