@@ -17,7 +17,9 @@ sub read_file {
     return $text;
 }
 
-sub listed { return grep { $_ ne '' } map { s/^\s+|\s+$//gr } split /[;,]/, $_[0] // '' }
+sub listed {    # separator, text
+    return grep { $_ ne '' } map { s/^\s+|\s+$//gr } split /$_[0]/, $_[1] // '';
+}
 
 # A topic: comments with title, summary, names, signature (as many as wanted), index and see, then the page's HTML.
 sub read_topic {
@@ -35,9 +37,9 @@ sub read_topic {
     die "$path: no summary\n" if @{$topic{signatures}} && !defined $topic{summary};
     ($topic{stem}) = $path =~ m{([^/]+)\.htm$};
     $topic{body} = $text;
-    $topic{names} = [listed($topic{names})];
-    $topic{keywords} = [listed($topic{index})];
-    $topic{see} = [listed($topic{see})];
+    $topic{names} = [listed(',', $topic{names})];
+    $topic{keywords} = [listed(';', $topic{index})];
+    $topic{see} = [listed(',', $topic{see})];
     return \%topic;
 }
 

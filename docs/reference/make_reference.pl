@@ -22,7 +22,7 @@ my %topics;         # stem => topic
 my %place_of;       # what may stand in [[...]], in small letters => address
 my @order;          # stems in the order of the contents
 my @contents;       # [depth, text, address or undef]
-my @index;          # [keyword, address]
+my @index;          # [keyword, address, title of the page when the keyword is not its name]
 my @signatures;
 
 sub escaped {
@@ -75,7 +75,8 @@ sub read_topics {
         $topic->{body} = keep_programs($topic->{body});
         add_place($stem, $address);
         add_place($_, $address) for @{$topic->{names}};
-        push @index, [$_, $address] for @{$topic->{names}}, @{$topic->{keywords}};
+        push @index, [$_, $address] for @{$topic->{names}};
+        push @index, [$_, $address, $topic->{title}] for @{$topic->{keywords}};
         push @index, [$topic->{title}, $address] unless grep { lc $_ eq lc $topic->{title} } @{$topic->{names}};
         push @signatures, grep { /^\w+ ?[(\[;:]/ } @{$topic->{signatures}};
     }
@@ -182,7 +183,31 @@ sub contents_list {
     return "$html</ul>\n";
 }
 
-my %generated = (errors => \&error_table, routines => \&routine_table, contents => \&contents_list);
+# The index in its order: [keyword, address]. A keyword of several pages says which one is meant.
+sub index_entries {
+    my (%seen, %pages);
+    my @entries = grep { !$seen{lc($_->[0]) . "\0$_->[1]"}++ } @index;
+    ++$pages{lc $_->[0]} for @entries;
+    @entries = map { [defined $_->[2] && $pages{lc $_->[0]} > 1 ? "$_->[0] ($_->[2])" : $_->[0], $_->[1]] } @entries;
+    return sort { lc $a->[0] cmp lc $b->[0] || $a->[1] cmp $b->[1] } @entries;
+}
+
+sub keyword_list {    # the index as a page, for the web site
+    my ($html, $letter) = ('', '');
+    for my $entry (index_entries()) {
+        my ($keyword, $address) = @$entry;
+        my $first = $keyword =~ /^([A-Za-z])/ ? uc $1 : '$';
+        if ($first ne $letter) {
+            $html .= ($letter eq '' ? '' : "</ul>\n") . "<h2>$first</h2>\n<ul class=\"contents\">\n";
+            $letter = $first;
+        }
+        $html .= "<li><a href=\"$address\">" . escaped($keyword) . "</a></li>\n";
+    }
+    return "$html</ul>\n";
+}
+
+my %generated = (errors => \&error_table, routines => \&routine_table, contents => \&contents_list,
+    keywords => \&keyword_list);
 
 sub page {
     my ($stem) = @_;
@@ -197,7 +222,7 @@ sub page {
     };
     my $body = $topic->{body};
     $body =~ s/\[\[([^\]|]+)(?:\|([^\]]+))?\]\]/$link->($1, $2)/ge;
-    $body =~ s/^\@(errors|routines|contents)$/$generated{$1}->()/gme;
+    $body =~ s/^\@(errors|routines|contents|keywords)$/$generated{$1}->()/gme;
     $body =~ s/\0(\d+)\0/$kept[$1]/g;
     $body =~ s{(?=<pre class="output">)}{<p class="label">prints</p>\n}g;
     $body =~ s{(?=<pre class="screen">)}{<p class="label">shows</p>\n}g;
@@ -269,11 +294,7 @@ sub contents_file {
 }
 
 sub index_file {
-    my %seen;
-    my $html = '';
-    for my $entry (sort { lc $a->[0] cmp lc $b->[0] || $a->[1] cmp $b->[1] } @index) {
-        $html .= site_map_entry(@$entry) unless $seen{lc($entry->[0]) . "\0$entry->[1]"}++;
-    }
+    my $html = join '', map { site_map_entry(@$_) } index_entries();
     return "<HTML><BODY>\n<UL>\n$html</UL>\n</BODY></HTML>\n";
 }
 

@@ -45,6 +45,7 @@ for my $page (sort keys %pages) {
 report('every link leads somewhere', @nowhere);
 report('every entry of the contents leads somewhere', grep { leads_nowhere('index.htm', $_) } sort keys %contents_place);
 report('every entry of the index leads somewhere', grep { leads_nowhere('index.htm', $_) } map { @$_ } values %index_of);
+report('no keyword of the index stands there twice', grep { @{$index_of{$_}} > 1 } sort keys %index_of);
 report('every page is in the contents', grep { !$contents_place{$_} } sort keys %pages);
 report('the names of the pages fit DOS', grep { !m{^(?:lib/)?[a-z0-9_]{1,8}\.htm$} } sort keys %pages);
 report('the pages are ASCII', grep { $pages{$_} =~ /[^\n\x20-\x7E]/ } sort keys %pages);
