@@ -9,6 +9,7 @@ program Graphics;
 
 const
   Horizon = 130;
+  SunX = 70;
   { The colours of this picture. }
   FirstSky = 1;
   Bands = 6;        { colours 1 to 6, from above to the horizon }
@@ -66,7 +67,7 @@ begin
   for Y := Horizon + 1 to 211 do
   begin
     Width := 4 + (Y - Horizon) div 3;
-    X := 180 - Width + Random(Width);
+    X := SunX - Width + Random(Width);
     Line(X, Y, X + Random(Width) + 2, Y, Wave)
   end
 end;
@@ -98,7 +99,7 @@ begin
   SetPalette(15,7,7,7);
   SetSky(0);
   DrawSky;
-  FillCircle(180, Horizon - 30, 22, Sun);
+  FillCircle(SunX, Horizon - 42, 24, Sun);
   DrawHills(34, 18, 31, FarHills);
   DrawHills(16, 9, 19, NearHills);
   DrawSea;
