@@ -60,6 +60,22 @@ run_example() { # FOLDER NAME: compiles what examples.pl wrote; compares when th
   diff "$folder/$name.expected" "$work/shown"
 }
 
+# refuses NAME EXPECTED-PART COMMAND: the generator must stop with a message when COMMAND has spoilt a copy of the sources.
+refuses() {
+  local said
+  rm -rf "$work/spoilt" "$work/nothing"
+  mkdir -p "$work/spoilt/docs" "$work/spoilt/kit/compiler" "$work/nothing"
+  cp -r "$root/docs/reference" "$work/spoilt/docs"
+  cp "$root"/kit/compiler/errors.* "$work/spoilt/kit/compiler"
+  (cd "$work/spoilt/docs/reference" && eval "$3")
+  if said=$(perl "$root/docs/reference/make_reference.pl" "$work/spoilt" "$work/nothing" 2>&1); then
+    result "$1" 1 "it is taken without a word"
+  else
+    [[ $said == *"$2"* ]]
+    result "$1" $? "it says: $said"
+  fi
+}
+
 if [[ ! -x $root/out/bin/tp3 || ! -x $root/out/bin/msxrun ]]; then
   result "tp3 and msxrun are built" 1
   finish
@@ -77,6 +93,14 @@ if [[ -z ${1:-} ]]; then
     [[ $line == ok\ * ]]
     result "${line#* }" $?
   done < <(perl "$here/pages.pl" "$root" "$work/one" 2>&1)
+  refuses "a link to nowhere" "abs.htm: nothing is called [[Nowhere]]" 'echo "[[Nowhere]]" >> topics/abs.htm'
+  refuses "a page that is not in the contents" "extra.htm is not in contents.txt" 'cp topics/abs.htm topics/extra.htm; sed -i "/names/d" topics/extra.htm'
+  refuses "two pages for one name" "two topics for Abs" 'cp topics/abs.htm topics/extra.htm'
+  refuses "a page in the contents that is not there" "no topic chr" 'rm topics/chr.htm; sed -i "s/\[\[Chr\]\]//; s/ Chr,//" topics/*.htm'
+  refuses "an error without an explanation" "error 99 is not explained" 'sed -i "/^99 /d" errors.txt'
+  refuses "an explanation without an error" "there is no error 88" 'printf "\n88 What?\n" >> errors.txt'
+  refuses "letters beyond ASCII" "only ASCII" 'printf "\303\244\n" >> topics/abs.htm'
+  refuses "a page with a device's name" "the name is a device's" 'cp topics/abs.htm topics/con.htm'
 fi
 
 perl "$here/examples.pl" "$work/one" "$work/examples" "${1:-}" > "$work/list" || result "the examples can be read" 1
