@@ -126,6 +126,9 @@ for my $command (@commands) {
 }
 report('every command and key of the menus is explained', @commands > 30 ? () : 'too few', @unexplained);
 
+my @templates = map { m{([^/]+)/?$} } grep { -d } glob "$root/share/program/projects/*";
+report('every template is explained', @templates ? () : 'none', grep { $pages{'project.htm'} !~ m{<td>\Q$_\E</td>} } @templates);
+
 # ---- errors
 
 my $header = text_of("$root/kit/compiler/errors.h");
