@@ -64,8 +64,9 @@ void Form1::makeWindows() {
     windowClass.hIcon = LoadIconA(instance, std::bit_cast<LPCSTR>(ULONG_PTR{Tavrel_Icon}));
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     RegisterClassA(&windowClass);
-    CreateWindowExA(0, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, makeMenuBar(), instance, this);
+    CreateWindowExA(WS_EX_ACCEPTFILES, className, "Tavrel", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, makeMenuBar(),
+                    instance, this);
     if (window_ == nullptr)
         throw std::runtime_error("The main window cannot be made.");
     // The class has the large icon only; Windows would shrink it for the title bar instead of taking the
@@ -84,7 +85,6 @@ void Form1::makeWindows() {
     SetWindowPos(window_, nullptr, 0, 0, scale_.toPixelsX(firstWidth), scale_.toPixelsY(firstHeight),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     applyScale();
-    DragAcceptFiles(window_, TRUE);
     accelerators_ = makeAccelerators();
 }
 

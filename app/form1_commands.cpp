@@ -13,6 +13,7 @@
 #include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "tools/frmconvpal.h"
+#include "util/late_function.h"
 #include "util/text.h"
 
 #include <optional>
@@ -238,9 +239,10 @@ void Form1::goToLineCommand() {
 }
 
 void Form1::filesDropped(HDROP drop) {
-    std::string path(DragQueryFileA(drop, 0, nullptr, 0) + 1U, '\0');
-    path.resize(DragQueryFileA(drop, 0, path.data(), static_cast<UINT>(path.size())));
-    DragFinish(drop);
+    auto* const queryFile = lateFunction<decltype(DragQueryFileA)>("shell32.dll", "DragQueryFileA");
+    std::string path(queryFile(drop, 0, nullptr, 0) + 1U, '\0');
+    path.resize(queryFile(drop, 0, path.data(), static_cast<UINT>(path.size())));
+    lateFunction<decltype(DragFinish)>("shell32.dll", "DragFinish")(drop);
     const std::string ending = lowerCase(lastCharacters(path, 4));
     if (ending == ".tpj")
         openProjectNamed(*workspace_, path);

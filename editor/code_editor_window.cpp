@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 #include <ole2.h>
-#include <shellapi.h>
 #include <windowsx.h>
 
 namespace tavrel {
@@ -79,7 +78,8 @@ void CodeEditor::setUp(const ScintillaView& view) const {
         applyPascalStyle(view, face_, size_, characterSet_);
     // The pane must not refuse files that are dropped on it; they are the main window's to open.
     RevokeDragDrop(view.window());
-    DragAcceptFiles(view.window(), TRUE);
+    SetWindowLongPtrA(view.window(), GWL_EXSTYLE,
+                      GetWindowLongPtrA(view.window(), GWL_EXSTYLE) | WS_EX_ACCEPTFILES);
 }
 
 void CodeEditor::setSplit(bool split) {

@@ -1,6 +1,7 @@
 #include "editor/find_dialogs.h"
 
 #include "editor/oem_characters.h"
+#include "util/late_function.h"
 
 #include <bit>
 #include <utility>
@@ -52,7 +53,7 @@ void FindDialogs::showFind() {
     }
     prepare();
     replacing_ = false;
-    dialog_ = FindTextW(&record_);
+    dialog_ = lateFunction<decltype(FindTextW)>("comdlg32.dll", "FindTextW")(&record_);
 }
 
 void FindDialogs::showReplace() {
@@ -63,7 +64,7 @@ void FindDialogs::showReplace() {
     prepare();
     replacing_ = true;
     record_.Flags |= FR_DOWN; // this dialog has no choice of direction
-    dialog_ = ReplaceTextW(&record_);
+    dialog_ = lateFunction<decltype(ReplaceTextW)>("comdlg32.dll", "ReplaceTextW")(&record_);
 }
 
 void FindDialogs::findNext() {

@@ -1,5 +1,7 @@
 #include "editor/windows_printer.h"
 
+#include "util/late_function.h"
+
 #include <stdexcept>
 
 #include <commdlg.h>
@@ -13,7 +15,7 @@ HDC defaultPrinter() {
     request.lStructSize = sizeof request;
     // Nothing is shown: neither the dialog nor Windows' own words about a missing printer.
     request.Flags = PD_RETURNDEFAULT | PD_RETURNDC | PD_NOWARNING;
-    if (PrintDlgA(&request) == 0)
+    if (lateFunction<decltype(PrintDlgA)>("comdlg32.dll", "PrintDlgA")(&request) == 0)
         return nullptr;
     GlobalFree(request.hDevMode);
     GlobalFree(request.hDevNames);

@@ -1,5 +1,6 @@
 #include "util/windows_dialogs.h"
 
+#include "util/late_function.h"
 #include "util/paths.h"
 
 #include <algorithm>
@@ -89,7 +90,7 @@ std::string WindowsFileDialogs::ShowOpenDialog(const OpenDialogRequest& request)
     record.lpstrFileTitle = fileTitle.data();
     record.nMaxFileTitle = static_cast<DWORD>(bufferLength + 1);
     record.Flags = openDialogFlags(request.multipleSelection);
-    if (GetOpenFileNameA(&record) == 0)
+    if (lateFunction<decltype(GetOpenFileNameA)>("comdlg32.dll", "GetOpenFileNameA")(&record) == 0)
         return {};
     return pathFromDialogBuffer(file);
 }
@@ -102,7 +103,7 @@ std::string WindowsFileDialogs::showSaveDialog(const SaveDialogRequest& request)
     record.lpstrFile = file.data();
     record.nMaxFile = static_cast<DWORD>(file.size());
     record.Flags = openDialogFlags(false) | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST;
-    if (GetSaveFileNameA(&record) == 0)
+    if (lateFunction<decltype(GetSaveFileNameA)>("comdlg32.dll", "GetSaveFileNameA")(&record) == 0)
         return {};
     return file.data();
 }
@@ -112,11 +113,13 @@ std::string WindowsFileDialogs::BrowseForFolder(const std::string& prompt) {
     info.hwndOwner = ownerNow(owner_);
     info.lpszTitle = prompt.c_str();
     info.ulFlags = BIF_RETURNONLYFSDIRS;
-    LPITEMIDLIST const chosen = SHBrowseForFolderA(&info);
+    LPITEMIDLIST const chosen =
+        lateFunction<decltype(SHBrowseForFolderA)>("shell32.dll", "SHBrowseForFolderA")(&info);
     if (chosen == nullptr)
         return {};
     std::array<char, 512> path{};
-    const bool found = SHGetPathFromIDListA(chosen, path.data()) != 0;
+    const bool found = lateFunction<decltype(SHGetPathFromIDListA)>("shell32.dll", "SHGetPathFromIDListA")(
+                           chosen, path.data()) != 0;
     CoTaskMemFree(chosen);
     return found ? std::string(path.data()) : std::string();
 }

@@ -1,5 +1,7 @@
 #include "util/windows_shell.h"
 
+#include "util/late_function.h"
+
 #include <bit>
 #include <windows.h>
 
@@ -8,8 +10,9 @@
 namespace tavrel {
 
 void WindowsShell::execute(void* owner, const ShellRequest& request) {
-    ShellExecuteA(static_cast<HWND>(owner), request.operation.c_str(), request.file.c_str(),
-                  request.parameters.c_str(), request.workingFolder.c_str(), request.showState);
+    lateFunction<decltype(ShellExecuteA)>("shell32.dll", "ShellExecuteA")(
+        static_cast<HWND>(owner), request.operation.c_str(), request.file.c_str(), request.parameters.c_str(),
+        request.workingFolder.c_str(), request.showState);
 }
 
 void WindowsShell::showHelp(const std::string& path) {
