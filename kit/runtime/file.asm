@@ -43,6 +43,7 @@ ioNotInput      equ 02h
 ioNotOutput     equ 03h
 ioNotOpen       equ 04h
 ioOnDevice      equ 20h
+ioStandardFile  equ 22h
 ioRecordSize    equ 90h
 ioSeekPastEnd   equ 91h
 ioEndOfFile     equ 99h
@@ -143,6 +144,20 @@ assignFile:
         ret     nz
         push    hl
         pop     ix
+        push    bc
+        ld      bc,@inputFile           ; the standard files lie one behind the other
+        sbc     hl,bc
+        pop     bc
+        ld      a,h
+        or      a
+        jr      nz,_own
+        ld      a,l
+        cp      standardFiles
+        ld      a,ioStandardFile
+        jp      c,failFile
+_own:
+        push    ix
+        pop     hl
         ld      (ix + fileState),stateClosed
         push    de
         ld      a,b

@@ -135,7 +135,38 @@ _bit:
         ld      l,c
 _rest:
         ld      a,27h
-        jr      transferBlocks
+        push    de
+        call    transferBlocks
+        pop     de
+        ; A file may end inside its last block. The rest becomes ^Z, so that a text that is copied by blocks ends where it did.
+        ld      b,h
+        ld      c,l
+        push    bc
+        call    recordsLeft
+        pop     hl
+        ret     nz
+        ld      a,h
+        or      l
+        ret     z
+        ld      a,(ix + fileBlock + blockSize)
+        and     bufferSize - 1
+        ret     z
+        push    hl
+        dec     hl
+        ld      b,7
+_block:
+        add     hl,hl
+        djnz    _block
+        add     hl,de
+        ld      c,a                     ; B = 0
+        add     hl,bc
+        neg
+        add     a,bufferSize
+        ld      c,a
+        ld      a,ctrlZ
+        call    @fillBytes
+        pop     hl
+        ret
 @fileBlockWrite:
         ld      a,ioWriteError
         ld      (blockFailure),a

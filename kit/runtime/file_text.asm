@@ -34,6 +34,7 @@ standardFile    macro   number
         standardFile deviceAuxiliary
 @usrFile:
         standardFile deviceUser
+standardFiles   equ $ - @inputFile
 
 ; selectOutput: In: HL = text file: the write entries go to it. selectStandardOutput: they go to the console again.
 ; Destroy all.
