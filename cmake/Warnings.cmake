@@ -2,15 +2,20 @@
 add_library(tavrel_warnings INTERFACE)
 target_compile_options(tavrel_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wduplicated-cond -Wlogical-op -Wnull-dereference
-  -Wimplicit-fallthrough -Wcast-qual)
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough -Wcast-qual)
 # GCC 12 sees overlapping copies inside std::string's own operator+ that cannot happen.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(tavrel_warnings INTERFACE -Wno-restrict)
+  target_compile_options(tavrel_warnings INTERFACE -Wduplicated-cond -Wlogical-op -Wno-restrict)
 endif()
 
 # Sanitizers are for the whole native tree, fetched test libraries included.
 if(TAVREL_TARGET STREQUAL "native")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+endif()
+
+# The programs of libFuzzer, which wants to see every branch that is taken.
+option(TAVREL_FUZZ "build the fuzz targets for libFuzzer (clang)" OFF)
+if(TAVREL_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()

@@ -40,9 +40,10 @@ void* Arena::allocate(std::size_t size) {
     }
     if (current_ == chunks_.size()) {
         const std::size_t bytes = size > chunkSize ? size : chunkSize;
-        char* memory = new char[bytes];
-        chunks_.push_back({memory, bytes});
-        forbid(memory, bytes);
+        chunks_.push_back({nullptr, 0}); // first, so that the chunk has an owner whatever fails
+        chunks_.back().memory = new char[bytes];
+        chunks_.back().size = bytes;
+        forbid(chunks_.back().memory, bytes);
     }
     char* place = chunks_[current_].memory + used_;
     used_ += size;

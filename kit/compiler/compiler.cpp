@@ -22,7 +22,8 @@ class SurveyConsumer : public BodyConsumer {
 class CodeConsumer : public BodyConsumer {
   public:
     CodeConsumer(const Survey& survey, const CompileOptions& options)
-        : survey_(survey), storage_(survey, options.end), image_(options.start) {}
+        : survey_(survey), storage_(survey, options.end), image_(options.start),
+          wantsLines_(options.wantsLines) {}
 
     void enterRoutine(Routine&) override {}
 
@@ -59,6 +60,12 @@ class CodeConsumer : public BodyConsumer {
   private:
     void addCode(std::uint16_t ordinal, const Selector::Result& selected) {
         z80::Encoded code = z80::encode(selected.code, selected.pool, selected.poolFixups, false);
+        if (wantsLines_)
+            addLines(code);
+        image_.addRoutine(ordinal, code);
+    }
+
+    void addLines(const z80::Encoded& code) {
         Position last;
         for (const z80::LineMark& mark : code.lines) {
             if (mark.position.line != last.line || mark.position.file != last.file) {
@@ -66,12 +73,12 @@ class CodeConsumer : public BodyConsumer {
                 last = mark.position;
             }
         }
-        image_.addRoutine(ordinal, code);
     }
 
     const Survey& survey_;
     Storage storage_;
     Image image_;
+    bool wantsLines_;
     Position failed_;
 };
 

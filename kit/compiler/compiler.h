@@ -20,13 +20,15 @@ struct CompileOptions {
     std::string_view mainFile; ///< as Host::openSource takes it, such as GAME.PAS
     std::uint16_t start = defaultStart;
     std::uint16_t end = defaultEnd;
+    bool wantsLines =
+        false; ///< fill CompileResult::lines, which a compilation in little memory can do without
 };
 
 struct CompileResult {
     bool ok = false;
     Diagnostic diagnostic;           ///< when not ok
     std::vector<std::uint8_t> image; ///< the chain image
-    std::vector<LineEntry> lines;    ///< address to source line
+    std::vector<LineEntry> lines;    ///< address to source line, when they were wanted
     std::vector<std::string> files;  ///< by Position::file
     std::uint32_t lineCount = 0;
     std::uint16_t codeEnd = 0;    ///< first address behind the image

@@ -36,7 +36,8 @@ void Scanner::skipComment(bool brace) {
         directiveList(brace);
         return;
     }
-    while (!commentEnd(brace)) {
+    const auto plain = [](char c) { return c != '}' && c != '*' && c != '\r' && c != '\n' && c != controlZ; };
+    for (passBuffered(plain); !commentEnd(brace); passBuffered(plain)) {
         if (take() == endOfFile)
             return fail(Error::unexpectedEnd, start);
     }

@@ -28,6 +28,10 @@ std::uint16_t Image::placeOf(const std::vector<Place>& places, std::uint16_t ord
     return ordinal < places.size() ? places[ordinal].offset : std::uint16_t{0};
 }
 
+std::uint16_t Image::placeOf(const z80::Fixup& fixup) const {
+    return placeOf(fixup.target == z80::Target::routine ? routines_ : constants_, fixup.index);
+}
+
 void Image::addConstant(std::uint16_t ordinal, const char* bytes, std::uint16_t size) {
     if (bytes_.size() + size + start_ > 0xFFFFU) {
         tooLarge_ = true;
@@ -55,16 +59,20 @@ void Image::addRoutine(std::uint16_t ordinal, const z80::Encoded& code) {
         word(base + fixup.offset, wordAt(base + fixup.offset) + start_ + static_cast<std::uint32_t>(base));
     }
     for (const z80::Fixup& fixup : code.fixups) {
-        fixups_.push_back(fixup);
-        fixupOffsets_.push_back(static_cast<std::uint32_t>(base + fixup.offset));
+        const std::size_t offset = base + fixup.offset;
+        if (placeOf(fixup) != 0) {
+            word(offset, std::uint32_t{wordAt(offset)} + start_ + placeOf(fixup));
+        } else { // declared forward
+            fixups_.push_back(fixup);
+            fixupOffsets_.push_back(static_cast<std::uint16_t>(offset));
+        }
     }
 }
 
 bool Image::finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags) {
     for (std::size_t i = 0; i < fixups_.size(); ++i) {
-        const auto& places = fixups_[i].target == z80::Target::routine ? routines_ : constants_;
-        word(fixupOffsets_[i],
-             std::uint32_t{wordAt(fixupOffsets_[i])} + start_ + placeOf(places, fixups_[i].index));
+        const std::size_t offset = fixupOffsets_[i];
+        word(offset, std::uint32_t{wordAt(offset)} + start_ + placeOf(fixups_[i]));
     }
     const auto length = static_cast<std::uint32_t>(bytes_.size());
     constexpr std::uint32_t leastStack = 256; // what the library's deepest entry and a few calls need

@@ -48,11 +48,13 @@ class Image {
     void word(std::size_t offset, std::uint32_t value);
     [[nodiscard]] std::uint16_t wordAt(std::size_t offset) const;
     static std::uint16_t placeOf(const std::vector<Place>& places, std::uint16_t ordinal);
+    /// Offset of what an address refers to; 0 while it is not there.
+    [[nodiscard]] std::uint16_t placeOf(const z80::Fixup& fixup) const;
 
     std::uint16_t start_;
     std::vector<std::uint8_t> bytes_;
     std::vector<z80::Fixup> fixups_;
-    std::vector<std::uint32_t> fixupOffsets_;
+    std::vector<std::uint16_t> fixupOffsets_;
     std::vector<Place> routines_;
     std::vector<Place> constants_;
     std::vector<LineEntry> lines_;

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -201,6 +202,20 @@ int find(const Arguments& arguments, const tp3::CompileResult& result) {
     return 0;
 }
 
+/// Memory that runs out is an error of the program that is too large for it.
+tp3::CompileResult compileWithinMemory(tp3::Host& host, const tp3::CompileOptions& options) {
+    try {
+        return tp3::compile(host, options);
+    } catch (const std::bad_alloc&) {
+        tp3::CompileResult failed;
+        failed.diagnostic.error = tp3::Error::outOfMemory;
+        failed.diagnostic.file = options.mainFile;
+        failed.diagnostic.position.line = 1;
+        failed.diagnostic.position.column = 1;
+        return failed;
+    }
+}
+
 int run(const Arguments& arguments) {
     const fs::path source = arguments.source;
     std::string name = source.filename().string();
@@ -209,8 +224,9 @@ int run(const Arguments& arguments) {
     }
     tp3::CompileOptions options = arguments.options;
     options.mainFile = name;
+    options.wantsLines = arguments.find.has_value();
     tp3::FolderHost host(source.parent_path());
-    const tp3::CompileResult result = tp3::compile(host, options);
+    const tp3::CompileResult result = compileWithinMemory(host, options);
     if (!result.ok) {
         return reportError(arguments, result.diagnostic);
     }

@@ -3,8 +3,6 @@
 namespace tp3 {
 namespace {
 
-constexpr int controlZ = 0x1A; // ends a text file, whatever follows
-
 constexpr bool isDigit(int c) {
     return c >= '0' && c <= '9';
 }
@@ -14,6 +12,13 @@ constexpr bool isLetter(int c) {
 constexpr int upper(int c) {
     return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
 }
+// The characters of names, in upper case; 0 for all others.
+constexpr std::array<char, 256> nameCharacters = [] {
+    std::array<char, 256> table{};
+    for (int c = 0; c < 256; ++c)
+        table[static_cast<std::size_t>(c)] = isLetter(c) || isDigit(c) ? static_cast<char>(upper(c)) : '\0';
+    return table;
+}();
 constexpr int hexDigit(int c) {
     if (isDigit(c))
         return c - '0';
@@ -47,7 +52,8 @@ Position Scanner::here() const {
     if (sources_.empty())
         return last_;
     const Source& source = sources_.back();
-    const std::uint64_t column = source.before + source.next - source.lineStart + 1;
+    const std::uint32_t column =
+        source.before + static_cast<std::uint32_t>(source.next) - source.lineStart + 1;
     Position position;
     position.line = static_cast<std::uint16_t>(source.line < 65535 ? source.line : 65535);
     position.file = source.file;
@@ -64,7 +70,7 @@ bool Scanner::fill(std::size_t wanted) {
         if (source.next > 0) {
             for (std::size_t i = source.next; i < source.end; ++i)
                 source.buffer[i - source.next] = source.buffer[i];
-            source.before += source.next;
+            source.before += static_cast<std::uint32_t>(source.next);
             source.end -= source.next;
             source.next = 0;
         }
@@ -104,7 +110,7 @@ void Scanner::lineEnd(int character) {
         ++sources_.back().next;
     Source& source = sources_.back();
     ++source.line;
-    source.lineStart = source.before + source.next;
+    source.lineStart = source.before + static_cast<std::uint32_t>(source.next);
     ++lines_;
     constexpr std::uint32_t linesBetweenReports = 128;
     if (lines_ % linesBetweenReports == 0)
@@ -154,6 +160,7 @@ bool Scanner::popInclude() {
 // Skips what stands between tokens. False at the end of the source.
 bool Scanner::skipBlanks() {
     while (!errors_.failed()) {
+        passBuffered([](char c) { return c == ' ' || c == '\t'; });
         const int character = peek();
         if (character == endOfFile) {
             if (!popInclude())
@@ -196,16 +203,21 @@ void Scanner::next(Token& token) {
 void Scanner::identifier(Token& token) {
     textLength_ = 0;
     std::uint32_t hash = NameTable::hashStart;
-    int character = peek();
-    while (isLetter(character) || isDigit(character)) {
-        if (textLength_ == maximumIdentifier)
-            return fail(Error::tableOverflow, token.position, "identifier of more than 127 characters");
-        const char letter = static_cast<char>(upper(character));
-        text_[textLength_++] = letter;
-        hash = NameTable::hashStep(hash, letter);
-        ++sources_.back().next;
-        character = peek();
-    }
+    std::size_t length = 0;
+    do {
+        passBuffered([&](char c) {
+            const char letter = nameCharacters[static_cast<unsigned char>(c)];
+            if (letter == '\0' || length == maximumIdentifier)
+                return false;
+            text_[length++] = letter;
+            hash = NameTable::hashStep(hash, letter);
+            return true;
+        });
+    } while (sources_.back().next == sources_.back().end && fill(1));
+    textLength_ = length;
+    const int character = peek();
+    if (isLetter(character) || isDigit(character))
+        return fail(Error::tableOverflow, token.position, "identifier of more than 127 characters");
     if (character >= 0x80)
         return fail(Error::identifierCharacter, here());
     token.name = names_.find(text(), hash);

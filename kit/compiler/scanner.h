@@ -69,14 +69,25 @@ class Scanner {
         std::unique_ptr<char[]> buffer;
         std::size_t next = 0;        ///< index of the next character
         std::size_t end = 0;         ///< number of characters in the buffer
-        std::uint64_t before = 0;    ///< characters that lie before the buffer
-        std::uint64_t lineStart = 0; ///< place of the line's first character in the file
+        std::uint32_t before = 0;    ///< characters that lie before the buffer
+        std::uint32_t lineStart = 0; ///< place of the line's first character in the file
         std::uint32_t line = 1;
         std::uint8_t file = 0;
         bool ended = false;
     };
     static constexpr std::size_t bufferSize = 2048; // nine files may be open at once
     static constexpr int endOfFile = -1;
+    static constexpr char controlZ = 0x1A; // ends a text file, whatever follows
+
+    /// Steps over what lies in the buffer and is accepted: the short way through long runs of characters.
+    template <typename Accepts> void passBuffered(Accepts accepts) {
+        Source& source = sources_.back();
+        const char* const buffer = source.buffer.get();
+        std::size_t next = source.next;
+        while (next < source.end && accepts(buffer[next]))
+            ++next;
+        source.next = next;
+    }
 
     int peek(std::size_t ahead = 0);
     int take();

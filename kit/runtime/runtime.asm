@@ -67,7 +67,6 @@ delete          equ 7Fh
         include memory.asm
         include screen.asm
         include system.asm
-        include missing.asm
         include variables.asm
 
 libraryEnd:

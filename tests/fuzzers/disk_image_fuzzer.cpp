@@ -1,0 +1,38 @@
+// Any bytes as a disk image: what is on it is listed and extracted, then a file is added and one deleted.
+// Only the first sectors and the first clusters come from the bytes, since the rest is only content; the
+// image is padded to 720 kB.
+#include "disk/disk_image.h"
+#include "fuzzer.h"
+
+using tavrel::fuzzing::require;
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::size_t imageSize = 737280;
+    disk::Bytes bytes(data, data + std::min(size, imageSize));
+    bytes.resize(imageSize);
+    try {
+        disk::DiskImage image(bytes);
+        for (const disk::FileEntry& file : image.list()) {
+            try {
+                require(image.extract(file).size() == file.size || file.isFolder);
+            } catch (const disk::DiskError&) {
+            }
+        }
+        disk::NewFile added;
+        added.name.fill('A');
+        added.content.assign(3000, 0x5A);
+        disk::Bytes before = image.bytes();
+        try {
+            image.add({added});
+            const auto found = image.find(added.name);
+            require(found && image.extract(*found) == added.content);
+            before = image.bytes();
+            image.remove({*found});
+            require(!image.find(added.name));
+        } catch (const disk::DiskError&) {
+            require(image.bytes() == before);
+        }
+    } catch (const disk::DiskError&) {
+    }
+    return 0;
+}
