@@ -1,5 +1,7 @@
 #include "analysis.h"
 
+#include <runtime_entries.h>
+
 #include <algorithm>
 
 namespace tp3 {
@@ -95,7 +97,7 @@ class BlockWalk {
             }
             return;
         }
-        if (runsForeignCode(ir.op) || ir.op == IrOp::leave) {
+        if (runsForeignCode(function_, ir) || ir.op == IrOp::leave) {
             for (const ValueId id : crossing_) {
                 const ValueInfo& info = function_.values[id];
                 if (ir.op == IrOp::leave ? info.liveAtExit : info.callsMayUse) {
@@ -146,6 +148,24 @@ void countUses(Function& function) {
 }
 
 } // namespace
+
+bool runsForeignCode(const Function& function, const Ir& ir) {
+    switch (ir.op) {
+    case IrOp::call:
+    case IrOp::inlineCode:
+    case IrOp::externalCall:
+        return true;
+    case IrOp::runtime:
+        return function.libraryCallsBack || ir.index == static_cast<std::uint16_t>(RuntimeEntry::chain) ||
+               ir.index == static_cast<std::uint16_t>(RuntimeEntry::execute);
+    case IrOp::runtimeText:
+    case IrOp::runtimeBranch:
+    case IrOp::runtimeCompare:
+        return function.libraryCallsBack;
+    default:
+        return false;
+    }
+}
 
 void coalesceCopies(Function& function) {
     std::vector<std::uint16_t> uses(function.values.size());

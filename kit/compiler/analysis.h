@@ -46,9 +46,8 @@ template <typename F> void forEachUse(Function& function, Ir& ir, F f) {
     }
 }
 
-/// The program's own code runs here: it may read and change every value that `callsMayUse`.
-inline bool runsForeignCode(IrOp op) {
-    return op == IrOp::call || op == IrOp::inlineCode || op == IrOp::externalCall;
-}
+/// Other code of the program runs here, or a program that shares the variables: it may read and change every
+/// value that `callsMayUse`.
+bool runsForeignCode(const Function& function, const Ir& ir);
 
 } // namespace tp3

@@ -14,6 +14,7 @@ namespace {
 class SurveyConsumer : public BodyConsumer {
   public:
     void enterRoutine(Routine&) override {}
+    void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
     void body(Routine&, Stmt*) override {}
 };
@@ -26,6 +27,8 @@ class CodeConsumer : public BodyConsumer {
           wantsLines_(options.wantsLines) {}
 
     void enterRoutine(Routine&) override {}
+
+    void globalVariable(Symbol& variable) override { storage_.reserve(variable); }
 
     void typedConstant(Symbol& constant) override {
         if (constant.ordinal < survey_.variables.size() && survey_.variables[constant.ordinal].used) {
@@ -153,6 +156,8 @@ CompileResult compile(Host& host, const CompileOptions& options) {
             return result;
         }
         survey.variables = parser.variableFacts();
+        survey.chains = parser.chains();
+        survey.handsOutRoutines = parser.handsOutRoutines();
         analyseCalls(parser.callees(), survey.routines);
     }
     parserOptions.pass = 2;

@@ -79,6 +79,9 @@ void SourceParser::variableGroup() {
     else
         lastLocal_->next = first;
     lastLocal_ = last;
+    for (Symbol* variable = first; variable != nullptr && !errors.failed(); variable = variable->next)
+        if (storage == StorageKind::global)
+            consumer_.globalVariable(*variable);
 }
 
 // absolutePart = 'absolute' (integer constant | variable identifier)

@@ -72,6 +72,8 @@ void SourceParser::fileProcedure(CallShape shape, Expr* call) {
     call->checked = (statementOptions_ & optionIoCheck) != 0;
     Expr* file = fileArgument(shape);
     append(call, file);
+    chains = chains || call->value == static_cast<std::int32_t>(StandardRoutine::chain) ||
+             call->value == static_cast<std::int32_t>(StandardRoutine::execute);
     const TypeKind kind = file->type->kind;
     switch (shape) {
     case CallShape::assignFile:

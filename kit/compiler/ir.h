@@ -215,6 +215,7 @@ struct Function {
     std::vector<z80::Fixup> byteFixups;
     bool recursive = false;
     bool isMain = false;
+    bool libraryCallsBack = false; ///< a routine of the program may be a driver that the library calls
 };
 
 /// A readable listing, one line an instruction, for tests and for finding faults.

@@ -5,6 +5,7 @@ namespace tp3 {
 Lowering::Lowering(Storage& storage, const Routine& routine)
     : storage_(storage), routine_(routine), b_(function_) {
     function_.isMain = routine.level == 0;
+    function_.libraryCallsBack = storage.survey().handsOutRoutines;
     function_.recursive = storage.survey().routines[routine.ordinal].recursive;
 }
 

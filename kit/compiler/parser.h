@@ -29,6 +29,8 @@ class BodyConsumer {
     virtual ~BodyConsumer() = default;
     /// Before a routine's declarations are parsed (the parameters are known).
     virtual void enterRoutine(Routine& routine) = 0;
+    /// A global variable that has a place of its own, in order of declaration.
+    virtual void globalVariable(Symbol& variable) = 0;
     /// A typed constant whose bytes are complete (Symbol::text, Type::size bytes).
     virtual void typedConstant(Symbol& constant) = 0;
     virtual void body(Routine& routine, Stmt* statements) = 0;
@@ -53,6 +55,10 @@ class Parser {
 
     /// Facts by Symbol::ordinal of variables, gathered while parsing.
     [[nodiscard]] const std::vector<VariableFacts>& variableFacts() const;
+    /// Whether the program hands its variables on to another one.
+    [[nodiscard]] bool chains() const;
+    /// Whether the program takes the address of a routine.
+    [[nodiscard]] bool handsOutRoutines() const;
     /// callees()[r] = ordinals of the routines that routine r calls, each once.
     [[nodiscard]] const std::vector<std::vector<std::uint16_t>>& callees() const;
     /// Names of the source files in the order of Position::file.

@@ -210,7 +210,7 @@ void Selector::popLive(std::vector<Saved>& saved, Mask result) {
 /// Calls a routine of the program or of the library, or moves a block of memory: all registers may change.
 void Selector::call(Ir& ir) {
     const Mask clobbered = clobberedBy(ir);
-    const bool foreign = runsForeignCode(ir.op);
+    const bool foreign = runsForeignCode(function_, ir);
     if (foreign) {
         for (const ValueId id : liveness_.crossing) {
             if (function_.values[id].callsMayUse && inRegister(id)) {

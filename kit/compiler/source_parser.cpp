@@ -175,6 +175,14 @@ void Parser::report(Error error, Position position, std::string_view detail) {
     state_->parser.fail(error, position, detail);
 }
 
+bool Parser::chains() const {
+    return state_->parser.chains;
+}
+
+bool Parser::handsOutRoutines() const {
+    return state_->parser.handsOutRoutines;
+}
+
 const std::vector<VariableFacts>& Parser::variableFacts() const {
     return state_->parser.variableFacts;
 }

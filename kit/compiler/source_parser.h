@@ -35,6 +35,8 @@ class SourceParser {
 
     ErrorState errors;
     std::vector<VariableFacts> variableFacts;
+    bool chains = false;
+    bool handsOutRoutines = false;
     std::vector<std::vector<std::uint16_t>> callees;
     std::uint8_t programOptions = 0;
     [[nodiscard]] std::uint32_t lineCount() const { return scanner_.lineCount(); }

@@ -204,6 +204,7 @@ Expr* SourceParser::addressOfName(Position position) {
     if (symbol != nullptr && symbol->kind == SymbolKind::routine && !isWithField(token_.name)) {
         advance();
         noteCall(*symbol->routine);
+        handsOutRoutines = true;
         Expr* node = newExpr(ExprKind::routineAddress, &integer_, position);
         node->symbol = symbol;
         return node;

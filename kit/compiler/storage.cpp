@@ -43,6 +43,10 @@ std::uint16_t Storage::homeOf(const Symbol& variable) {
     return home;
 }
 
+void Storage::reserve(const Symbol& global) {
+    homeOf(global);
+}
+
 std::uint16_t Storage::frameOffset(const Symbol& variable, std::uint16_t size) {
     std::uint16_t& offset = at(offsets_, variable.ordinal);
     if (offset == 0) {
@@ -88,7 +92,7 @@ Slot Storage::slotOf(const Symbol& variable, const Routine& user) {
     }
     slot.address = homeOf(variable);
     slot.kind = scalar ? SlotKind::value : SlotKind::memory;
-    slot.callsMayUse = facts.usedByNested;
+    slot.callsMayUse = facts.usedByNested || (global && survey_.chains);
     slot.liveAtExit = outer || (global && user.level > 0);
     return slot;
 }

@@ -16,6 +16,8 @@ struct Survey {
     };
     std::vector<RoutineFacts> routines;
     std::vector<VariableFacts> variables;
+    bool chains = false;           ///< another program may take over the global variables
+    bool handsOutRoutines = false; ///< a routine's address is taken: the library may call it as a driver
 };
 
 /// Fills in who is used and who is recursive from the calls (callees[r] = routines that r calls; 0 = main
@@ -54,6 +56,9 @@ class Storage {
   public:
     Storage(const Survey& survey, std::uint16_t endAddress);
 
+    /// Gives a global variable its place now. Programs that chain to each other share what they declare
+    /// alike, so the places follow the declarations.
+    void reserve(const Symbol& global);
     /// The slot of a variable as seen from code of `user`.
     Slot slotOf(const Symbol& variable, const Routine& user);
     /// Static memory of `size` bytes.

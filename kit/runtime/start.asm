@@ -119,6 +119,7 @@ initialiseVariables:
 
         ld      a,(ix + imageFlags)
         ld      (programFlags),a
+        and     flagControlC
         ld      (@cBreak),a
         rrca                            ; flagControlC into carry
         ld      a,2                     ; console output that reacts to ^C and ^S

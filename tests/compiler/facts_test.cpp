@@ -53,6 +53,7 @@ TEST(Facts, FieldsAreUsedThroughAWith) {
 class OptionConsumer : public BodyConsumer {
   public:
     void enterRoutine(Routine&) override {}
+    void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
     void body(Routine&, Stmt* statements) override { walk(statements); }
     std::string calls;
@@ -89,6 +90,7 @@ TEST(Facts, DirectivesOfStatements) {
 class CountingConsumer : public BodyConsumer {
   public:
     void enterRoutine(Routine&) override {}
+    void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
     void body(Routine&, Stmt*) override { ++bodies; }
     int bodies = 0;

@@ -60,6 +60,7 @@ class DumpConsumer : public BodyConsumer {
     std::string constants;
 
     void enterRoutine(Routine&) override {}
+    void globalVariable(Symbol&) override {}
     void typedConstant(Symbol& constant) override {
         constants += std::string(constant.name->text) + " =";
         for (std::size_t i = 0; i < constant.type->size; ++i) {

@@ -77,6 +77,14 @@ verdict() {
   fi
 }
 
+# chained SOURCE WORK START: the chain files that the program calls lie beside it.
+chained() {
+  local name
+  for name in $(word chained "$1"); do
+    "$tp3" "$here/chained/$name.PAS" --chn -o "$2/$name.CHN" --start "$3" > "$2/messages" 2>&1 || cat "$2/messages"
+  done
+}
+
 # one SOURCE: all checks of one program.
 one() {
   local source=$1 name wanted start code
@@ -91,6 +99,7 @@ one() {
   section input "$source" > "$work/input"
   wanted=$(word exit "$source")
   for start in "${starts[@]}"; do
+    chained "$source" "$work" "$start"
     if "$tp3" "$source" -o "$work/P.COM" --start "$start" > "$work/actual" 2>&1; then
       run_program "$work/P.COM" "$source" "$work/actual" "$work"
       code=$?
@@ -114,6 +123,7 @@ show() {
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
   section input "$1" > "$work/input"
+  chained "$1" "$work" "${starts[0]}"
   "$tp3" "$1" -o "$work/P.COM" > "$work/messages" 2>&1 || { cat "$work/messages"; return 1; }
   run_program "$work/P.COM" "$1" "$work/actual" "$work"
   code=$?
