@@ -320,6 +320,7 @@ TEST_F(EditorComfort, KeysWithoutAMenuWorkWithoutAProject) {
 
 TEST_F(EditorComfort, ADroppedProjectOpensAsThroughTheMenu) {
     start();
+    EXPECT_NE(GetWindowLongPtrA(form->window(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
     drop(form->window(), folder.path() + "M.TPJ");
     EXPECT_EQ(form->Code1().text(), folder.read("M.PAS"));
     EXPECT_EQ(form->workspace().project.Name, "Demo");
