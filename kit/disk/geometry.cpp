@@ -14,6 +14,31 @@ constexpr std::size_t oemName = 3;
 constexpr std::size_t parameters = 0x0B;
 constexpr std::size_t bootEntry = 0x1E;
 
+/// The sector lies at C000h when the disk system calls the boot entry: with carry clear first, which wants
+/// nothing of it, and with carry set when RAM is in place and a system may start. Loads the user's MSXDOS.SYS
+/// if the disk has it; returns otherwise, which starts BASIC.
+constexpr std::array<std::uint8_t, 79> bootCode = {
+    0xD0,             // C01E RET NC
+    0x11, 0x48, 0xC0, //      LD DE,C048      the file control block
+    0x0E, 0x0F,       //      LD C,0F         open
+    0xCD, 0x7D, 0xF3, //      CALL F37D       the disk system's entry while there is no page 0 of MSX-DOS
+    0xB7,             //      OR A
+    0xC0,             //      RET NZ
+    0x11, 0x00, 0x01, //      LD DE,0100
+    0x0E, 0x1A,       //      LD C,1A         where to read to
+    0xCD, 0x7D, 0xF3, //      CALL F37D
+    0x21, 0x01, 0x00, //      LD HL,1
+    0x22, 0x56, 0xC0, //      LD (C056),HL    records of one byte
+    0x21, 0x00, 0x3F, //      LD HL,3F00      as many as there are, up to page 1
+    0x11, 0x48, 0xC0, //      LD DE,C048
+    0x0E, 0x27,       //      LD C,27         read
+    0xCD, 0x7D, 0xF3, //      CALL F37D
+    0x31, 0x1F, 0xF5, //      LD SP,F51F
+    0xC3, 0x00, 0x01, //      JP 0100
+    0x00, 'M',  'S',  'X', 'D', 'O', 'S', ' ', ' ', 'S', 'Y', 'S',
+    // C054: the rest of the block's 37 bytes is 0
+};
+
 /// With more clusters the entries of the file allocation table would have 16 bits.
 constexpr unsigned mostClusters = 4084;
 
@@ -99,15 +124,13 @@ Geometry readGeometry(std::span<const std::uint8_t> image) {
 }
 
 void writeBootSector(std::span<std::uint8_t> image, const Geometry& geometry) {
-    // MSX-BASIC takes a sector that does not begin with a jump for no disk at all. The disk system calls the
-    // boot entry with carry clear first, then with carry set to start a system: both times it just returns.
+    // MSX-BASIC takes a sector that does not begin with a jump for no disk at all.
     static constexpr std::array<std::uint8_t, 3> jump = {0xEB, 0xFE, 0x90};
-    static constexpr std::array<std::uint8_t, 2> returns = {0xD0, 0xC9}; // RET NC, RET
     static constexpr std::string_view name = "TAVREL  ";
     std::fill_n(image.begin(), sectorBytes, std::uint8_t{0});
     std::copy(jump.begin(), jump.end(), image.begin());
     std::copy(name.begin(), name.end(), image.begin() + oemName);
-    std::copy(returns.begin(), returns.end(), image.begin() + bootEntry);
+    std::copy(bootCode.begin(), bootCode.end(), image.begin() + bootEntry);
     writeWord(image, parameters, sectorBytes);
     image[parameters + 2] = static_cast<std::uint8_t>(geometry.sectorsPerCluster);
     writeWord(image, parameters + 3, geometry.reservedSectors);

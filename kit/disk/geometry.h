@@ -55,7 +55,8 @@ struct Geometry {
 /// @throws DiskError when the image is not that of a FAT12 disk or is shorter than it says
 Geometry readGeometry(std::span<const std::uint8_t> image);
 
-/// Writes the boot sector: a disk that holds files and does not start MSX-DOS.
+/// Writes the boot sector. It starts MSX-DOS when MSXDOS.SYS is among the files, which only the user can put
+/// there.
 void writeBootSector(std::span<std::uint8_t> image, const Geometry& geometry);
 
 /// 16 and 32 bits, the lowest byte first.

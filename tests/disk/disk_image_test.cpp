@@ -36,9 +36,9 @@ TEST(DiskImage, ANewDiskIsWhatAnMsxFormats) {
     ASSERT_EQ(bytes.size(), 737280U);
     const Bytes boot(bytes.begin(), bytes.begin() + 3);
     EXPECT_EQ(boot, (Bytes{0xEB, 0xFE, 0x90}));
-    const Bytes parameters(bytes.begin() + 0x0B, bytes.begin() + 0x20);
+    const Bytes parameters(bytes.begin() + 0x0B, bytes.begin() + 0x1F);
     EXPECT_EQ(parameters,
-              (Bytes{0x00, 0x02, 2, 1, 0, 2, 112, 0, 0xA0, 0x05, 0xF9, 3, 0, 9, 0, 2, 0, 0, 0, 0xD0, 0xC9}));
+              (Bytes{0x00, 0x02, 2, 1, 0, 2, 112, 0, 0xA0, 0x05, 0xF9, 3, 0, 9, 0, 2, 0, 0, 0, 0xD0}));
     for (const std::size_t fat : {firstFat, secondFat}) {
         EXPECT_EQ(Bytes(bytes.begin() + static_cast<std::ptrdiff_t>(fat),
                         bytes.begin() + static_cast<std::ptrdiff_t>(fat) + 4),
