@@ -8,9 +8,9 @@
         ret
 
 ; delay: In: HL = milliseconds; a negative number of them does not wait. Destroys AF, BC, HL.
-; A millisecond is 3580 T on an MSX. The loop takes 30 T there (26 on a plain Z80); its count leaves out the 3 % that
+; A millisecond is 3580 T on an MSX. The loop takes 30 T there (26 on a plain Z80); its count leaves out what
 ; the interrupts of the frames take.
-delayCount      equ 114
+delayCount      equ 116
 @delay:
         bit     7,h
         ret     nz
