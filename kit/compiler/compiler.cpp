@@ -23,7 +23,7 @@ class SurveyConsumer : public BodyConsumer {
 class CodeConsumer : public BodyConsumer {
   public:
     CodeConsumer(const Survey& survey, const CompileOptions& options)
-        : survey_(survey), storage_(survey, options.end), image_(options.start),
+        : survey_(survey), storage_(survey, options.end), image_(options.start, options.end),
           wantsLines_(options.wantsLines) {}
 
     void enterRoutine(Routine&) override {}
@@ -131,7 +131,7 @@ void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& opt
         result.diagnostic.detail = "code and variables do not fit between start and end address";
         return;
     }
-    result.image = code.image().bytes();
+    result.image = code.image().takeBytes();
     result.lines = code.image().lines();
     result.codeEnd = code.image().address(result.image.size());
     result.ok = true;

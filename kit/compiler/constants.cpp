@@ -94,9 +94,7 @@ ConstantValue SourceParser::unsignedConstant() {
         constant.type = symbol->type;
         constant.value = symbol->value;
         constant.length = symbol->textLength;
-        constant.text = symbol->type->kind == TypeKind::real
-                            ? arena_.copyText(reinterpret_cast<const char*>(symbol->realBytes), 6)
-                            : symbol->text;
+        constant.text = symbol->text;
         advance();
         break;
     }
@@ -145,12 +143,8 @@ void SourceParser::constSection() {
             Symbol* symbol = declare(name, SymbolKind::constant, position);
             symbol->type = constant.type;
             symbol->value = constant.value;
-            if (constant.type->kind == TypeKind::real && constant.text != nullptr) {
-                std::memcpy(symbol->realBytes, constant.text, sizeof(symbol->realBytes));
-            } else {
-                symbol->text = constant.text;
-                symbol->textLength = constant.length;
-            }
+            symbol->text = constant.text;
+            symbol->textLength = constant.length;
         }
         expectSemicolon();
     } while (at(TokenKind::identifier));

@@ -13,7 +13,10 @@ template <typename T> T& at(std::vector<T>& list, std::size_t index) {
 
 } // namespace
 
-Image::Image(std::uint16_t start) : start_(start), bytes_(headerSize) {}
+Image::Image(std::uint16_t start, std::uint16_t end) : start_(start) {
+    bytes_.reserve(std::size_t{headerSize} + (end > start ? end - start : 0));
+    bytes_.resize(headerSize);
+}
 
 void Image::word(std::size_t offset, std::uint32_t value) {
     bytes_[offset] = static_cast<std::uint8_t>(value & 0xFFU);

@@ -22,7 +22,9 @@ class Image {
     /// flags, reserved.
     static constexpr std::uint16_t headerSize = 16;
 
-    explicit Image(std::uint16_t start);
+    /// An image from `start` on, below `end`. Takes all of its memory now: one that grew would leave holes in
+    /// that of DOS.
+    Image(std::uint16_t start, std::uint16_t end);
 
     /// Lays down the bytes of a typed constant.
     void addConstant(std::uint16_t ordinal, const char* bytes, std::uint16_t size);
@@ -35,7 +37,10 @@ class Image {
     /// upper end. False when code and data do not fit.
     bool finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags);
 
-    [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return bytes_; }
+    /// The bytes, which are the caller's from now on.
+    [[nodiscard]] std::vector<std::uint8_t> takeBytes() {
+        return static_cast<std::vector<std::uint8_t>&&>(bytes_);
+    }
     [[nodiscard]] const std::vector<LineEntry>& lines() const { return lines_; }
     [[nodiscard]] std::uint16_t address(std::size_t offset) const {
         return static_cast<std::uint16_t>(start_ + offset);

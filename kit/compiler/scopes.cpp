@@ -149,9 +149,7 @@ void SourceParser::declareStandardNames() {
     if (features_.reals) {
         declareStandard("REAL", SymbolKind::typeName, &real_, 0);
         Symbol* pi = declareStandard("PI", SymbolKind::constant, &real_, 0);
-        constexpr std::uint8_t piBytes[6] = {0x82, 0x21, 0xA2, 0xDA, 0x0F, 0x49}; // 3.1415926536 in 40 bits
-        for (std::size_t i = 0; i < sizeof(piBytes); ++i)
-            pi->realBytes[i] = piBytes[i];
+        pi->text = "\x82\x21\xA2\xDA\x0F\x49"; // 3.1415926536 in 40 bits
     }
     if (features_.files)
         declareStandard("TEXT", SymbolKind::typeName, &text_, 0);

@@ -46,11 +46,11 @@ enum class StorageKind : std::uint8_t {
 
 /// Knowledge about a variable that the survey pass gathers, by Symbol::ordinal, for the code pass.
 struct VariableFacts {
-    bool addressTaken =
-        false; ///< passed by VAR, Addr, absolute, or read/written by a standard routine through its address
-    bool usedByNested = false; ///< used by a routine other than its owner (for globals: by any routine)
-    bool assigned = false;
-    bool used = false;
+    /// Passed by VAR, Addr, absolute, or read/written by a standard routine through its address.
+    bool addressTaken : 1 = false;
+    bool usedByNested : 1 = false; ///< used by a routine other than its owner (for globals: by any routine)
+    bool assigned : 1 = false;
+    bool used : 1 = false;
 };
 
 struct Symbol {
@@ -58,26 +58,29 @@ struct Symbol {
     StorageKind storage = StorageKind::global;
     /// Declared by the user (so error 43 applies), not by the language.
     bool userDeclared = true;
+    /// 0 the language's own identifiers, 1 the main program, 2 its routines, ...
+    std::uint8_t scopeLevel = 0;
     Name* name = nullptr;
     Type* type = nullptr;
     /// Next local, field, parameter or enumeration constant, in order of declaration.
     Symbol* next = nullptr;
     Symbol* nextInScope = nullptr; ///< the parser's list of what to forget at the end of a scope
     Symbol* shadowed = nullptr;    ///< what the name meant outside
-    std::uint8_t scopeLevel =
-        0; ///< 0 the language's own identifiers, 1 the main program, 2 its routines, ...
     /// Variables and routines: number in order of declaration, the same in both passes.
     std::uint16_t ordinal = 0;
-    Routine* owner = nullptr; ///< variables: the routine that holds it, null for globals
+    std::uint16_t textLength = 0; ///< string constants
+    Routine* owner = nullptr;     ///< variables: the routine that holds it, null for globals
     /// Constants: ordinal value. Fields: offset. Standard routines: which. Absolute: address or offset.
     std::int32_t value = 0;
-    /// String constants: characters. Typed constants: the initial bytes (Type::size of them).
-    const char* text = nullptr;
-    std::uint16_t textLength = 0;
-    std::uint8_t realBytes[6] = {};  ///< real constants, in memory layout
-    Symbol* alias = nullptr;         ///< absoluteVariable
-    const void* enclosure = nullptr; ///< labels: the parser's mark of the for or with statement around
-    Routine* routine = nullptr;      ///< kind routine
+    /// What only one kind has. A large program has some thousand symbols, and under DOS every byte counts.
+    union {
+        /// String constants: characters. Real constants: the 6 bytes. Typed constants: the initial bytes
+        /// (Type::size of them).
+        const char* text = nullptr;
+        Symbol* alias;         ///< absoluteVariable
+        const void* enclosure; ///< labels: the parser's mark of the for or with statement around
+        Routine* routine;      ///< kind routine
+    };
     Position position;
 };
 

@@ -24,7 +24,7 @@ namespace dos {
 
 /// Bytes of stack. A recursive descent that takes 200 bytes a level may go 400 levels deep and leave a fifth;
 /// ask stackLeft() and stop at some thousands.
-constexpr std::size_t stackSize = 96 * 1024;
+constexpr std::size_t stackSize = 80 * 1024;
 
 /// Exit codes of ends that the program did not choose. 252 and 253 are the loader's: not in real mode, and a
 /// processor exception.
