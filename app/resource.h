@@ -134,6 +134,7 @@
 #define Form6_Timer1 1704
 #define Form6_Icon 1705
 #define Form6_History 1706
+#define Form6_Version 1707
 
 // The history.
 #define Form7_Dialog 700
