@@ -1,11 +1,14 @@
 #!/bin/bash
-# assemble.sh: lays out the program folder out/Tavrel as it is delivered. Only files that differ are copied; a file
+# assemble.sh [FOLDER ARCHITECTURE]: lays out the program folder, out/Tavrel for x86_64, as it is delivered; FOLDER.files
+# becomes the list of what is delivered. Only files that differ are copied; a file
 # that no longer belongs there is taken away; what the program itself wrote there stays. A missing piece is named.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
-folder=$TAVREL_OUT/Tavrel
+folder=${1:-$TAVREL_OUT/Tavrel}
+architecture=${2:-x86_64}
 build=$TAVREL_OUT/build
-manifest=$TAVREL_OUT/Tavrel.files
+manifest=$folder.files
+if [[ $architecture == i686 ]]; then windows=$build/mingw32; else windows=$build/mingw64; fi
 placed=()
 missing=()
 
@@ -26,19 +29,22 @@ put() { # FROM TO: TO is relative to the program folder
 put_optional() { if [[ -f $1 ]]; then put "$1" "$2"; fi; }
 
 "$TAVREL_ROOT/setup/help.sh" || say "set-up: the Pascal Reference could not be made"
-dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox x86_64 --path)
+dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox "$architecture" --path)
+licences=$build/licences-$architecture.txt
+if ! "$TAVREL_ROOT/packaging/licences.sh" "$architecture" > "$licences"; then rm -f "$licences"; fi
 
-put "$build/mingw64/app/Tavrel.exe" Tavrel.exe
-put "$build/mingw64/app/tavrel.ico" tavrel.ico
-put "$build/mingw64/kit/image/msximg.exe" msximg.exe
+put "$windows/app/Tavrel.exe" Tavrel.exe
+put "$windows/app/tavrel.ico" tavrel.ico
+put "$windows/kit/image/msximg.exe" msximg.exe
 put "$build/dos/kit/dos/TP3.EXE" compiler/TP3.EXE
 put "$build/dos/kit/dos/DOS2CASH.COM" compiler/DOS2CASH.COM
 put "$build/tools/kit/runtime/RUNTIME.COM" compiler/RUNTIME.COM
 put "$dosbox/bin/DOSBox.exe" compiler/DOSBox-0.74/DOSBox.exe
 put "$dosbox/share/COPYING" compiler/DOSBox-0.74/COPYING.txt
+put "$licences" licences.txt
 put "$build/reference/tp3reference.chm" tp3reference.chm
 put "$build/reference/autocomplete.txt" help/autocomplete.txt
-put_optional "$build/mingw64/kit/disk/dsktool.exe" dsk/dsktool.exe
+put_optional "$windows/kit/disk/dsktool.exe" dsk/dsktool.exe
 
 # Everything under share/program lies there as it lies in the program folder.
 put "$TAVREL_ROOT/share/program/compiler/temp.conf" compiler/temp.conf

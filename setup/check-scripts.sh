@@ -8,5 +8,5 @@ while IFS= read -r -d '' file; do
   if [[ $file == *.sh || $(head -c 11 "$file" | tr -d '\0') == '#!/bin/bash' ]]; then
     bash -n "$file" || status=1
   fi
-done < <("$TAVREL_ROOT/setup/own-files.sh" '*.sh' run test .ci/run 'tests/*')
+done < <("$TAVREL_ROOT/setup/own-files.sh" '*.sh' run test .ci/run 'packaging/*' 'tests/*')
 exit "$status"

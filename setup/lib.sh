@@ -20,3 +20,6 @@ write_if_changed() {
   cat > "$new"
   if cmp -s "$new" "$1"; then rm -f "$new"; else mv -f "$new" "$1"; fi
 }
+
+# tavrel_version: the version, as CMake reads it.
+tavrel_version() { sed -nE 's/^project\(Tavrel VERSION ([0-9]+\.[0-9]+\.[0-9]+) .*/\1/p' "$TAVREL_ROOT/CMakeLists.txt"; }

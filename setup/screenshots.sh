@@ -4,6 +4,7 @@
 set -uo pipefail
 source "$(dirname "$0")/lib.sh"
 source "$TAVREL_ROOT/setup/wine.sh"
+source "$TAVREL_ROOT/setup/picture.sh"
 pictures=$TAVREL_OUT/screenshots
 mkdir -p "$pictures"
 make_wine_prefix && start_display || exit 1
@@ -12,18 +13,7 @@ wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f < /dev/null > /d
 source "$TAVREL_ROOT/tests/acceptance/using.sh"
 trap 'cd "$root"; cleanup; wineserver -k; stop_display' EXIT
 
-# picture NAME: takes it once the screen stands still.
-picture() {
-  local before='' now tries
-  for ((tries = 0; tries < 20; ++tries)); do
-    sleep 0.3
-    now=$(import -window root rgb:- 2> /dev/null | md5sum)
-    [[ $now == "$before" ]] && break
-    before=$now
-  done
-  import -window root -trim +repage "$pictures/$1.png"
-  say "$pictures/$1.png"
-}
+picture() { take_picture "$pictures/$1.png"; }
 # dialog NAME COMMAND: chooses a command, takes the picture of what comes up, and closes it.
 dialog() {
   drive menu "$2" > /dev/null

@@ -1,4 +1,5 @@
-# DOSBox.exe, complete in one file. The dynamic core does not work in 64-bit builds, so it is left out.
+# DOSBox.exe, complete in one file, without the moment of its making, so that two builds are the same (strip would
+# write it again; the linker's -s does not). The dynamic core does not work in 64-bit builds, so it is left out.
 # shellcheck shell=bash disable=SC2034,SC2154,SC2164
 source_package=dosbox
 needs="sdl"
@@ -9,10 +10,9 @@ build() {
   cd dosbox-*
   ./configure -q --host="$host" --prefix="$prefix" --with-sdl-prefix="$work/sdl" --disable-sdltest \
     CC="$host-gcc-posix" CXX="$host-g++-posix" CFLAGS=-O2 CXXFLAGS="-O2 -std=gnu++98 -fpermissive -w" \
-    LDFLAGS="-static -s" --disable-opengl --disable-dynamic-core
+    LDFLAGS="-static -s -Wl,--no-insert-timestamp" --disable-opengl --disable-dynamic-core
   make -s -j"$jobs"
   mkdir -p "$prefix/bin" "$prefix/share"
   cp src/dosbox.exe "$prefix/bin/DOSBox.exe"
-  "$host-strip" "$prefix/bin/DOSBox.exe"
   cp COPYING "$prefix/share/"
 }

@@ -1,0 +1,175 @@
+; Installs Tavrel for the current user. makensis gets from packaging/build:
+;   VERSION, STAGE (folder with the files), LISTS (folder with install.nsh and uninstall.nsh), OUTPUT
+Target amd64-unicode
+Unicode true
+!include MUI2.nsh
+!include FileFunc.nsh
+!include LogicLib.nsh
+
+Name "Tavrel"
+Caption "Tavrel ${VERSION}"
+OutFile "${OUTPUT}"
+RequestExecutionLevel user
+SetCompressor /SOLID lzma
+; No administrator's rights are asked for, so everything goes to the user's own part of the registry.
+!define uninstallKey "Software\Microsoft\Windows\CurrentVersion\Uninstall\Tavrel"
+!define classes "Software\Classes"
+InstallDirRegKey HKCU "${uninstallKey}" "InstallLocation"
+
+VIProductVersion "${VERSION}.0"
+VIAddVersionKey "ProductName" "Tavrel"
+VIAddVersionKey "FileDescription" "Tavrel set-up"
+VIAddVersionKey "FileVersion" "${VERSION}"
+VIAddVersionKey "ProductVersion" "${VERSION}"
+VIAddVersionKey "LegalCopyright" "See licences.txt in the installed folder"
+
+!define MUI_ICON "${STAGE}\tavrel.ico"
+!define MUI_UNICON "${STAGE}\tavrel.ico"
+!define MUI_ABORTWARNING
+!define MUI_DIRECTORYPAGE_TEXT_TOP "Choose a folder whose whole path has no blanks: the compiler runs under DOSBox, which reads \
+paths as DOS does."
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE refuseUnusableFolder
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_COMPONENTS
+!insertmacro MUI_PAGE_INSTFILES
+!define MUI_FINISHPAGE_RUN "$INSTDIR\Tavrel.exe"
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE "English"
+
+; strangerIn: puts the first character of $0 that a batch file and DOSBox do not take in a path into $1, or nothing.
+; In a user's folder that may be a blank, and also a letter that DOS knows under another number.
+!define usable "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789\:._-~"
+Function strangerIn
+  StrLen $2 $0
+  StrLen $5 "${usable}"
+  StrCpy $3 0
+  ${While} $3 < $2
+    StrCpy $1 $0 1 $3
+    StrCpy $4 0
+    ${Do}
+      StrCpy $6 "${usable}" 1 $4
+      ${If} $6 == $1
+        ${Break}
+      ${EndIf}
+      IntOp $4 $4 + 1
+    ${LoopUntil} $4 >= $5
+    ${If} $4 >= $5
+      Return
+    ${EndIf}
+    IntOp $3 $3 + 1
+  ${EndWhile}
+  StrCpy $1 ""
+FunctionEnd
+
+Function refuseUnusableFolder
+  StrCpy $0 $INSTDIR
+  Call strangerIn
+  StrCpy $7 $WINDIR 2
+  ${If} $1 == " "
+    MessageBox MB_OK|MB_ICONEXCLAMATION "The path$\n$INSTDIR$\nhas a blank, and Tavrel cannot compile from there. Choose another \
+folder, $7\Tavrel for example." /SD IDOK
+    SetErrorLevel 2
+    Abort
+  ${ElseIf} $1 != ""
+    MessageBox MB_OK|MB_ICONEXCLAMATION "The path$\n$INSTDIR$\nholds the character $1, and Tavrel cannot compile from there. Choose \
+a folder of plain letters and digits." /SD IDOK
+    SetErrorLevel 2
+    Abort
+  ${EndIf}
+FunctionEnd
+
+Function .onInit
+  ${If} $INSTDIR == "" ; no /D and not installed yet
+    StrCpy $INSTDIR "$LOCALAPPDATA\Tavrel"
+    StrCpy $0 $INSTDIR
+    Call strangerIn
+    ${If} $1 != ""
+      StrCpy $INSTDIR $WINDIR 2
+      StrCpy $INSTDIR "$INSTDIR\Tavrel"
+    ${EndIf}
+  ${EndIf}
+  ${If} ${Silent} ; nobody will see the page that refuses
+    Call refuseUnusableFolder
+  ${EndIf}
+FunctionEnd
+
+Section "Tavrel" tavrelSection
+  SectionIn RO
+  ; Files of an older version that this one no longer has go with it; its settings stay.
+  ${If} ${FileExists} "$INSTDIR\uninstall.exe"
+    ExecWait '"$INSTDIR\uninstall.exe" /S /UPGRADE _?=$INSTDIR'
+  ${EndIf}
+  !include "${LISTS}\install.nsh"
+  SetOutPath $INSTDIR
+  WriteUninstaller "$INSTDIR\uninstall.exe"
+  WriteRegStr HKCU "${uninstallKey}" "DisplayName" "Tavrel ${VERSION}"
+  WriteRegStr HKCU "${uninstallKey}" "DisplayVersion" "${VERSION}"
+  WriteRegStr HKCU "${uninstallKey}" "DisplayIcon" "$INSTDIR\tavrel.ico"
+  WriteRegStr HKCU "${uninstallKey}" "InstallLocation" "$INSTDIR"
+  WriteRegStr HKCU "${uninstallKey}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+  WriteRegStr HKCU "${uninstallKey}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+  WriteRegDWORD HKCU "${uninstallKey}" "NoModify" 1
+  WriteRegDWORD HKCU "${uninstallKey}" "NoRepair" 1
+SectionEnd
+
+Section "Start menu entry" menuSection
+  SetOutPath $INSTDIR ; becomes the folder that the entry starts the program in
+  CreateShortcut "$SMPROGRAMS\Tavrel.lnk" "$INSTDIR\Tavrel.exe" "" "$INSTDIR\tavrel.ico"
+SectionEnd
+
+; The same names and command as Edit > Preferences writes, so that either can replace the other.
+Section "Open .tpj project files with Tavrel" typeSection
+  WriteRegStr HKCU "${classes}\.tpj" "" "Tavrel.file"
+  WriteRegStr HKCU "${classes}\.tpj" "Content Type" "text"
+  WriteRegStr HKCU "${classes}\Tavrel.file" "" "Tavrel Turbo Pascal Project"
+  WriteRegStr HKCU "${classes}\Tavrel.file\DefaultIcon" "" "$INSTDIR\tavrel.ico"
+  WriteRegStr HKCU "${classes}\Tavrel.file\shell" "" "Open"
+  WriteRegStr HKCU "${classes}\Tavrel.file\shell\Open\command" "" "$INSTDIR\Tavrel.exe %1"
+  ${RefreshShellIcons}
+SectionEnd
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+  !insertmacro MUI_DESCRIPTION_TEXT ${tavrelSection} "The program, the compiler and everything that it needs."
+  !insertmacro MUI_DESCRIPTION_TEXT ${menuSection} "Tavrel in the Start menu."
+  !insertmacro MUI_DESCRIPTION_TEXT ${typeSection} "A double click on a project file opens it."
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+; What Windows keeps for .tpj files goes only when it is about this folder.
+Function un.forgetFileType
+  ReadRegStr $0 HKCU "${classes}\Tavrel.file\shell\Open\command" ""
+  ${If} $0 == "$INSTDIR\Tavrel.exe %1"
+    DeleteRegKey HKCU "${classes}\Tavrel.file"
+    ReadRegStr $0 HKCU "${classes}\.tpj" ""
+    ${If} $0 == "Tavrel.file"
+      DeleteRegKey HKCU "${classes}\.tpj"
+    ${EndIf}
+  ${EndIf}
+  ReadRegStr $0 HKCU "${classes}\Wendrix.file\DefaultIcon" "" ; written by the program's own registration
+  ${If} $0 == "$INSTDIR\tavrel.ico"
+    DeleteRegKey HKCU "${classes}\Wendrix.file\DefaultIcon"
+    DeleteRegKey /ifempty HKCU "${classes}\Wendrix.file"
+  ${EndIf}
+  ${un.RefreshShellIcons}
+FunctionEnd
+
+Section "Uninstall"
+  !include "${LISTS}\uninstall.nsh"
+  ${GetParameters} $1
+  ClearErrors
+  ${GetOptions} $1 "/UPGRADE" $2
+  ${If} ${Errors}
+    ; What the program itself writes into its folder.
+    Delete "$INSTDIR\config.cfg"
+    Delete "$INSTDIR\compiler\turbopc.bat"
+    Delete "$INSTDIR\compiler\rundb.bat"
+    Delete "$INSTDIR\stdout.txt"
+    Delete "$INSTDIR\stderr.txt"
+    Delete "$SMPROGRAMS\Tavrel.lnk"
+    Call un.forgetFileType
+    DeleteRegKey HKCU "${uninstallKey}"
+    Delete "$INSTDIR\uninstall.exe"
+  ${EndIf}
+  !include "${LISTS}\uninstall-folders.nsh"
+SectionEnd
