@@ -44,6 +44,11 @@ stop() {
   tavrel_process=
 }
 
+# guide_block NUMBER FILE.md: what stands in the block of code of that number.
+guide_block() {
+  awk -v wanted="$1" '/^```/ { inside = !inside; number += inside; next } inside && number == wanted' "$2"
+}
+
 # check NAME EXPECTED-PART ACTUAL
 check() {
   if [[ $3 == *"$2"* ]]; then
