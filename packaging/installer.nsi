@@ -8,6 +8,7 @@ Unicode true
 
 Name "Tavrel"
 Caption "Tavrel ${VERSION}"
+BrandingText "Tavrel ${VERSION}"
 OutFile "${OUTPUT}"
 RequestExecutionLevel user
 SetCompressor /SOLID lzma
@@ -26,6 +27,7 @@ VIAddVersionKey "LegalCopyright" "See licences.txt in the installed folder"
 !define MUI_ICON "${STAGE}\tavrel.ico"
 !define MUI_UNICON "${STAGE}\tavrel.ico"
 !define MUI_ABORTWARNING
+!define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_DIRECTORYPAGE_TEXT_TOP "Choose a folder whose whole path has no blanks: the compiler runs under DOSBox, which reads \
 paths as DOS does."
 !define MUI_PAGE_CUSTOMFUNCTION_LEAVE refuseUnusableFolder
@@ -120,7 +122,7 @@ Section "Start menu entry" menuSection
 SectionEnd
 
 ; The same names and command as Edit > Preferences writes, so that either can replace the other.
-Section "Open .tpj project files with Tavrel" typeSection
+Section "Open .tpj files" typeSection
   WriteRegStr HKCU "${classes}\.tpj" "" "Tavrel.file"
   WriteRegStr HKCU "${classes}\.tpj" "Content Type" "text"
   WriteRegStr HKCU "${classes}\Tavrel.file" "" "Tavrel Turbo Pascal Project"

@@ -13,7 +13,7 @@ mapfile -t libraries < <(find "$TAVREL_ROOT/share/program/library" -name '*.LIB'
 
 sum_of_sources() {
   cd "$TAVREL_ROOT"
-  { find docs/reference share/program/library -type f
+  { find docs/reference docs/guide share/program/library -type f
     echo setup/help.sh; echo kit/compiler/errors.h; echo kit/compiler/errors.cpp; } | LC_ALL=C sort | xargs -d '\n' sha256sum
   sha256sum < "$(command -v chmcmd)"
 }

@@ -11,9 +11,9 @@ wineserver -p < /dev/null > /dev/null 2>&1
 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f < /dev/null > /dev/null 2>&1 # no window manager to wait for
 source "$TAVREL_ROOT/tests/acceptance/using.sh"
 trap 'cd "$root"; cleanup; wineserver -k; stop_display' EXIT
-picture() { # NAME: few colours are enough for windows, and keep the file small
+picture() { # NAME
   take_picture "$guide/pictures/$1.png"
-  convert "$guide/pictures/$1.png" -strip -colors 128 "PNG8:$guide/pictures/$1.png"
+  convert "$guide/pictures/$1.png" -strip +dither -colors 256 "PNG8:$guide/pictures/$1.png"
 }
 
 program=$work.program

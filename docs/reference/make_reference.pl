@@ -4,7 +4,7 @@
 #   tp3reference.hhp, .hhc, .hhk   project, contents and index for the help compiler; text ones inside the help file, too:
 #                                  its binary index would hold a word that was never set
 #   autocomplete.txt               a signature a line, for the editor's status line
-# The sources are docs/reference/topics/*.htm and contents.txt below ROOT (README.md beside them describes their form), the
+# The sources are docs/reference/topics/*.htm, pages of docs/guide and contents.txt below ROOT (README.md beside them describes their form), the
 # texts of the compiler's errors and the comments of the library files. Whatever does not fit ends the program with a
 # message: a link to nowhere, a topic that is not in the contents, an error number without an explanation.
 use strict;
@@ -12,6 +12,7 @@ use warnings;
 use FindBin qw($Bin);
 use lib $Bin;
 use ReferenceSources qw(read_file read_topic read_errors read_library);
+use GuidePages qw(guide_topic);
 
 my $title = 'Tavrel Pascal Reference';
 my ($root, $folder, @libraries) = @ARGV;
@@ -62,12 +63,19 @@ sub add_place {
     $place_of{$key} = $address;
 }
 
+# Pages of the guide that the help has too. The first one is not among them: the topic "quick" is its short form.
+my %guide = ('emulators.md' => 'emulator', 'real-machine.md' => 'realmsx', 'old-sources.md' => 'oldsrc');
+
 sub read_topics {
     for my $path (sort glob "$sources/topics/*.htm") {
         my $topic = read_topic($path);
         die "$path: the name does not fit DOS\n" unless $topic->{stem} =~ /^[a-z0-9_]{1,8}$/;
         die "$path: the name is a device's\n" if $topic->{stem} =~ /^(con|aux|prn|nul|clock|lpt\d|com\d)$/;
         $topics{$topic->{stem}} = $topic;
+    }
+    my %stem_of = (%guide, 'first-program.md' => 'quick', 'differences.md' => 'differ');
+    for my $file (sort keys %guide) {
+        $topics{$guide{$file}} = guide_topic("$root/docs/guide/$file", $guide{$file}, \%stem_of);
     }
     for my $stem (sort keys %topics) {
         my $topic = $topics{$stem};

@@ -62,7 +62,7 @@ check() {
 
 # same NAME EXPECTED ACTUAL
 same() {
-  if [[ $3 == "$2" ]]; then check "$1" '' ''; else check "$1 (all of it)" "$2" "<$3>"; fi
+  if [[ $3 == "$2" ]]; then check "$1" '' ''; else check "$1 (all of it)" "<$2>" "<$3>"; fi
 }
 
 # summary: the last line of a suite, and its exit code.

@@ -106,7 +106,7 @@ delivered_and_different() {
   local name
   while IFS= read -r name; do cmp "$root/out/Tavrel/$name" "$program/$name" 2>&1; done < "$root/out/Tavrel.files"
 }
-uninstalled() { [[ ! -e $program/uninstall.exe ]]; }
+uninstalled() { [[ ! -e $program/uninstall.exe && ! -e $program/compiler ]]; } # what goes last
 
 installation() {
   local games=$WINEPREFIX/drive_c/TavrelTest command

@@ -65,7 +65,7 @@ refuses() {
   local said
   rm -rf "$work/spoilt" "$work/nothing"
   mkdir -p "$work/spoilt/docs" "$work/spoilt/kit/compiler" "$work/nothing"
-  cp -r "$root/docs/reference" "$work/spoilt/docs"
+  cp -r "$root/docs/reference" "$root/docs/guide" "$work/spoilt/docs"
   cp "$root"/kit/compiler/errors.* "$work/spoilt/kit/compiler"
   (cd "$work/spoilt/docs/reference" && eval "$3")
   if said=$(perl "$root/docs/reference/make_reference.pl" "$work/spoilt" "$work/nothing" 2>&1); then
