@@ -17,7 +17,8 @@ namespace tavrel {
 namespace {
 
 void showErrorPicture(ProgressWindow& progress) {
-    for (const int image : {0, 1, 2})
+    // Picture 4 may be there from a build before, whose window is still open.
+    for (const int image : {0, 1, 2, 4})
         progress.setImageVisible(image, false);
     progress.setImageVisible(3, true);
     progress.enableTimer2(true);
@@ -149,6 +150,8 @@ bool saveTypedText(Workspace& workspace) {
 /// Shows the failing file in the editor. False when the user cancelled, which ends the navigation.
 bool showFailingFile(Workspace& workspace, const std::string& fileName) {
     Project& project = workspace.project;
+    if (fileName.empty()) // no error, which a project without a name must not be taken for
+        return true;
     for (std::size_t node = 1; node <= workspace.tree.count(); ++node) {
         if (workspace.tree.node(node).text != fileName)
             continue;

@@ -51,6 +51,18 @@ TEST_F(Build, AnErrorMovesTheEditorToTheFailingLine) {
     EXPECT_FALSE(test.display.waitPointer);
 }
 
+TEST_F(Build, AnErrorInTheWindowOfASuccessShowsOnlyTheErrorsPicture) {
+    EXPECT_TRUE(build());
+    test.processes.work = [this] { test.folder.write("errors.txt", "\"A.INC\",2,3,1,\"x\"\r\n"); };
+    EXPECT_FALSE(build());
+    EXPECT_EQ(progress.images, (std::array<bool, 5>{false, false, false, true, false}));
+    EXPECT_TRUE(progress.timer2);
+    test.processes.work = [] {};
+    EXPECT_TRUE(build());
+    EXPECT_EQ(progress.images, (std::array<bool, 5>{false, false, false, false, true}));
+    EXPECT_FALSE(progress.timer2);
+}
+
 TEST_F(Build, AnErrorFileInAnotherCaseDoesNotSwitch) {
     test.processes.work = [this] { test.folder.write("errors.txt", "a.inc,1,1,1,x\r\n"); };
     EXPECT_FALSE(build());
@@ -72,11 +84,53 @@ TEST_F(Build, CancelKeepsTheTextAndTheHourglass) {
 
 TEST_F(Build, WithoutAProjectThereIsAMessage) {
     test.workspace.tree.clear();
+    test.editor.setHighlightedLine(4);
+    test.display.waitPointer = true; // as a build that was cancelled leaves it
     EXPECT_TRUE(build());
     ASSERT_EQ(test.messages.shown.size(), 1U);
     EXPECT_EQ(test.messages.shown[0].text, "No project loaded!");
     EXPECT_EQ(test.messages.shown[0].title, "Error");
+    EXPECT_EQ(test.messages.shown[0].icon, Icon::critical);
+    EXPECT_EQ(test.messages.shown[0].buttons, Buttons::ok);
     EXPECT_TRUE(test.processes.runs.empty());
+    EXPECT_TRUE(test.display.waitPointer) << "the pointer is left alone";
+    EXPECT_EQ(test.editor.highlighted, -1);
+    EXPECT_FALSE(progress.shown);
+}
+
+TEST_F(Build, AProjectWithoutANameIsNotTakenForTheFailingFile) {
+    test.workspace.project.Name = "";
+    LoadProject(test.workspace, test.folder.path() + "M.PAS");
+    EXPECT_TRUE(build());
+    EXPECT_EQ(test.workspace.tree.selected(), 2U);
+    EXPECT_EQ(test.workspace.project.SelectedKey, "M.PAS0");
+}
+
+TEST_F(Build, WithoutSizeLinesOnlyTheSuccessIsTold) {
+    EXPECT_TRUE(build());
+    EXPECT_EQ(progress.words, "Compiling Hello...\r\nNo errors - Sucessfully compiled");
+    progress = test::FakeProgress();
+    test.processes.work = [this] { test.folder.write("result.txt", "code: 1\r\nno sizes\r\n"); };
+    EXPECT_TRUE(build());
+    EXPECT_EQ(progress.words, "Compiling Hello...\r\nNo errors - Sucessfully compiled");
+    EXPECT_FALSE(test.folder.has("result.txt"));
+    EXPECT_FALSE(test.display.waitPointer);
+}
+
+TEST_F(Build, TheKitIsLaidOutInFullWhileTheCompilerRuns) {
+    test.folder.write("TP3.EXE", "an old one");
+    test.processes.work = [this] {
+        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM", "turbopc.bat"})
+            EXPECT_EQ(test.folder.read(name), test.program.read(std::string("compiler\\") + name)) << name;
+        for (const char* const name : {"stderr.txt", "stdout.txt"})
+            test.folder.write(name, "x");
+    };
+    EXPECT_TRUE(build());
+    EXPECT_TRUE(kitIsGone());
+    EXPECT_FALSE(test.folder.has("stderr.txt"));
+    EXPECT_FALSE(test.folder.has("stdout.txt"));
+    EXPECT_TRUE(test.program.has("compiler\\turbopc.bat")) << "the scripts stay in the program folder";
+    EXPECT_TRUE(test.program.has("compiler\\rundb.bat"));
 }
 
 TEST_F(Build, ExactlyADiskfulBuildsAndOneByteMoreIsRefused) {
