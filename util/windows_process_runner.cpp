@@ -50,9 +50,7 @@ void WindowsProcessRunner::ShellAndWait(const std::string& commandLine, bool sho
     command.push_back('\0'); // the call may write into its command line
     CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr, nullptr,
                    &startUp, &started);
-    const ProcessHandle process(started.hProcess);
-    if (started.hThread != nullptr)
-        CloseHandle(started.hThread);
+    const ProcessHandle process(started.hProcess); // the thread's handle stays open until this program ends
     if (!wait)
         return;
     while (!process.endedWithinSlice())
