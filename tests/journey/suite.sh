@@ -109,6 +109,16 @@ errors_and_inner_builds() {
   check "after Esc the outcome opens the window again" "No errors - Sucessfully compiled" "$(drive outcome)"
   await_quiet
 
+  # F7 makes the chain file alone.
+  find "$nest" -iname 'MAIN.C*' -delete
+  echo 'an older program' > "$nest/MAIN.COM"
+  drive escape > /dev/null
+  drive menu mnuCompileCHN --key > /dev/null
+  check "F7 compiles" "No errors - Sucessfully compiled" "$(drive outcome)"
+  await_quiet
+  check "F7 makes a chain file" "MAIN.CHN" "$(ls "$nest" | tr a-z A-Z)"
+  same "F7 leaves an older program alone" 'an older program' "$(cat "$nest/MAIN.COM")"
+
   # A folder that just fits on a disk, and one byte more.
   find "$nest" -iname 'MAIN.C*' -delete
   truncate -s $((737280 - $(cat "$nest"/* | wc -c))) "$nest/FILL.DAT"

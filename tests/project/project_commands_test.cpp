@@ -1,3 +1,4 @@
+#include "project/include_files.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
@@ -78,6 +79,20 @@ TEST(ProjectCommands, OpeningAPascalFileForgetsTheNameButKeepsTheAddresses) {
     EXPECT_EQ(test.workspace.settings.Recent[0], test.dialogs.answer);
     EXPECT_EQ(test.workspace.LastDir, test.folder.path());
     EXPECT_EQ(test.workspace.tree.texts(), (std::vector<std::string>{"Project", "M.PAS"}));
+}
+
+TEST(ProjectCommands, APascalFileThatIsNotThereIsRememberedAndAskedFor) {
+    TestWorkspace test;
+    openPascalFileNamed(test.workspace, test.folder.path() + "no.pas");
+    ASSERT_EQ(test.messages.shown.size(), 1U);
+    EXPECT_EQ(test.messages.shown[0].title, "Fatal Error");
+    EXPECT_EQ(test.workspace.settings.Recent[0], test.folder.path() + "no.pas");
+    EXPECT_EQ(test.display.projectCommandsEnabled, 0);
+    newIncludeFile(test.workspace); // for which there is no project
+    openIncludeFile(test.workspace);
+    EXPECT_TRUE(test.dialogs.saved.empty());
+    EXPECT_EQ(test.dialogs.opened.size(), 1U) << "the one for the missing file";
+    EXPECT_EQ(test.messages.shown.size(), 1U);
 }
 
 TEST(ProjectCommands, CancellingADialogDoesNothing) {

@@ -85,6 +85,9 @@ TEST(ProjectLoading, CancellingTheLocateDialogIsFatalToTheLoadOnly) {
     ASSERT_EQ(test.messages.shown.size(), 1U);
     EXPECT_EQ(test.messages.shown[0].text, "Could not find the file NO.PAS");
     EXPECT_EQ(test.messages.shown[0].title, "Fatal Error");
+    EXPECT_EQ(test.messages.shown[0].icon, Icon::critical);
+    EXPECT_EQ(test.messages.shown[0].buttons, Buttons::ok);
+    EXPECT_EQ(test.dialogs.opened[0].initialFolder, test.folder.path());
     EXPECT_EQ(test.editor.content, "");
     EXPECT_EQ(test.workspace.tree.node(2).text, "M.PAS");
 }

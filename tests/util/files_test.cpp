@@ -2,6 +2,7 @@
 #include "util/files.h"
 #include "util/runtime_error.h"
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -157,6 +158,26 @@ TEST(Files, SumsAboveFourGigabytesAreWhole) {
     }
     EXPECT_EQ(GetFolderSize(folder.path(), "*.*", false), 2 * each);
 }
+
+#ifdef _WIN32
+TEST(Files, FolderSizeCountsFilesOfEveryAttribute) {
+    const test::TemporaryFolder folder;
+    const std::string hidden = folder.makeFolder("hidden");
+    SetFileAttributesA(hidden.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    const std::array<DWORD, 4> attributes = {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_READONLY,
+                                             FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM};
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        for (const char* const place : {"", "hidden\\"}) {
+            const std::string path = folder.write(place + std::to_string(i), std::string(10, 'x'));
+            SetFileAttributesA(path.c_str(), attributes.at(i));
+        }
+    }
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 80U);
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", false), 40U);
+    for (const char* const place : {"1", "hidden\\1"}) // so that the folder can be removed
+        SetFileAttributesA((folder.path() + place).c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+#endif
 
 TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
     const test::TemporaryFolder folder;

@@ -42,5 +42,24 @@ TEST(TextInput, ItemsAreSeparatedByCommasAndLineEnds) {
     EXPECT_THROW(input.item(), RuntimeError);
 }
 
+TEST(TextInput, WhatFollowsAClosingQuoteBelongsToNoItem) {
+    TextInput input("\"A\" junk,\"\",\"B\"\r\"C\nD\"\n,\r\n");
+    EXPECT_EQ(input.item(), "A");
+    EXPECT_EQ(input.item(), "");
+    EXPECT_EQ(input.item(), "B");
+    EXPECT_EQ(input.item(), "C\nD") << "a quoted text may go over lines";
+    EXPECT_EQ(input.item(), "");
+    EXPECT_EQ(input.item(), "");
+    EXPECT_TRUE(input.atEnd());
+}
+
+TEST(TextInput, ControlZEndsAnItem) {
+    TextInput input("a,b\x1A"
+                    "c");
+    EXPECT_EQ(input.item(), "a");
+    EXPECT_EQ(input.item(), "b");
+    EXPECT_THROW(input.item(), RuntimeError);
+}
+
 } // namespace
 } // namespace tavrel
