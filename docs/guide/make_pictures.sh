@@ -16,7 +16,8 @@ picture() { # NAME
   convert "$guide/pictures/$1.png" -strip +dither -colors 256 "PNG8:$guide/pictures/$1.png"
 }
 
-program=$work.program
+program=$WINEPREFIX/drive_c/Tavrel # the path that the preferences show
+rm -rf "$program"
 cp -r "$root/out/Tavrel" "$program"
 rm -f "$program/config.cfg"
 mkdir "$work/HELLO"
@@ -35,3 +36,4 @@ drive menu mnupreferences > /dev/null
 picture preferences
 drive answer Cancel > /dev/null
 stop
+rm -rf "$program"
