@@ -26,7 +26,7 @@ cp "$programs/TP3.EXE" "$root"/tests/pascal/*.PAS "$work" || exit 1
     printf 'TP3 %s /H /S2E9B /ED200 /R%s.ERR > %s.TXT\r\n' "$name" "$name" "$name"
   done
 } > "$work/GO.BAT"
-SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 300 dosbox \
+SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 900 dosbox \
   -conf "$root/share/program/compiler/temp.conf" "$work/GO.BAT" -noconsole -exit > /dev/null 2>&1
 
 for source in "$work"/*.PAS; do
