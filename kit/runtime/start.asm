@@ -119,7 +119,7 @@ initialiseVariables:
 
         ld      a,(ix + imageFlags)
         ld      (programFlags),a
-        and     flagControlC
+        and     1 shl flagControlC
         ld      (@cBreak),a
         rrca                            ; flagControlC into carry
         ld      a,2                     ; console output that reacts to ^C and ^S

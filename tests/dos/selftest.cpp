@@ -93,7 +93,7 @@ void checkMemory() {
     check(dos::memoryFree() == before, "and given back");
     check(dos::memorySize() > 400000, "more than 400 kB of heap");
     check(dos::largestFree() > 400000, "in one piece");
-    check(dos::stackLeft() > 90000 && dos::stackLeft() < dos::stackSize, "stack size");
+    check(dos::stackLeft() > dos::stackSize - 2000 && dos::stackLeft() < dos::stackSize, "stack size");
 }
 
 void checkFiles() {
