@@ -113,7 +113,7 @@ errors_and_inner_builds() {
   find "$nest" -iname 'MAIN.C*' -delete
   echo 'an older program' > "$nest/MAIN.COM"
   drive escape > /dev/null
-  drive menu mnuCompileCHN --key > /dev/null
+  drive menu mnuCompileCHN > /dev/null
   check "F7 compiles" "No errors - Sucessfully compiled" "$(drive outcome)"
   await_quiet
   check "F7 makes a chain file" "MAIN.CHN" "$(ls "$nest" | tr a-z A-Z)"

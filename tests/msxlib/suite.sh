@@ -125,7 +125,7 @@ Place 1.
   same "Chain goes over to it" "This is the first part.
 It has worked out 10 numbers.
 This is the second part. Squares:
-    0    1    4    9   16   25   36   49   64   81  100
+    1    4    9   16   25   36   49   64   81  100
 Their sum is 385." "$(typed Chain '')"
   played Graphics 8 stopped GRAPHICS
   played Graphics 9 ended TEXT '7 {keymatrixdown 8 1}'

@@ -50,7 +50,8 @@ free_pascal() {
     mv "$3/fpc/program" "$program"
   fi
   read -ra arguments <<< "$(word arguments "$1")"
-  timeout 20 "$program" "${arguments[@]}" < "$3/input" 2> "$3/messages" > "$3/raw"
+  mkdir -p "$3/fpc-files"
+  (cd "$3/fpc-files" && timeout 20 "$program" "${arguments[@]}") < "$3/input" 2> "$3/messages" > "$3/raw"
   code=$?
   visible < "$3/raw" > "$2"
   return "$code"
