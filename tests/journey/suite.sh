@@ -89,20 +89,9 @@ errors_and_inner_builds() {
   failing_line "an error in the last line of the main file" MAIN.PAS 5 MAIN.PAS
   failing_line "an error in a file that is not in the tree" C.INC 1 MAIN.PAS
 
-  # The error is still there, and two builds run at once.
-  drive menu mnuCompile > /dev/null
-  drive menu mnuCompile > /dev/null
-  check "the inner build tells the error" "file  : C.INC: line 1" "$(drive outcome)"
-  await_quiet
-  check "the outer build does not tell of a success" "file  : C.INC: line 1" "$(drive outcome)"
-  same "nothing stays behind after both" 0 "$(kit_left)"
+  # Two builds at once are left to the tests with a stand-in for DOSBox: which of two DOSBoxes comes first in one folder
+  # is anybody's guess.
   write_nest "$nest"
-  drive escape > /dev/null
-  drive menu mnuCompile > /dev/null
-  drive menu mnuCompile > /dev/null
-  await_quiet
-  same "two builds at once tell of one success" 1 "$(drive outcome | grep -c Sucessfully)"
-
   drive escape > /dev/null
   drive menu mnuCompile > /dev/null
   drive escape > /dev/null
