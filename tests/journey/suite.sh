@@ -78,7 +78,7 @@ await_quiet() { # until the last build has taken its kit away
   sleep 0.5
 }
 
-errors_and_inner_builds() {
+errors_in_every_file() {
   nest=$work/nest
   write_nest "$nest"
   start "$nest/MAIN.TPJ"
@@ -146,6 +146,6 @@ long_names() {
 }
 
 new_project
-errors_and_inner_builds
+errors_in_every_file
 long_names
 summary
