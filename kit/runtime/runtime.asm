@@ -57,7 +57,8 @@ delete          equ 7Fh
         include real_convert.asm
         include real_root.asm
         include real_functions.asm
-        include real_text.asm
+        include real_write.asm
+        include real_read.asm
         include file.asm
         include file_record.asm
         include file_text.asm
