@@ -24,19 +24,7 @@ check "the program ends when it is closed" "ended 0" "$ended"
 
 # Compile and Run, in a program folder with settings of its own: the emulator is a program that records its command
 # line, and the disk image lies in a folder whose name holds a blank.
-text_record() { printf '%b' "$(printf '\\x%02x\\x%02x' $((${#1} % 256)) $((${#1} / 256)))"; printf '%s' "$1"; }
 folder_files() { (cd "$1" && ls) | tr a-z A-Z | sort; }
-
-write_settings() { # PROGRAM-FOLDER EMULATOR ARGUMENTS DISK-FOLDER
-  {
-    text_record "$2"
-    text_record "$3"
-    for _ in 1 2 3 4 5; do text_record ''; done
-    text_record "$4"
-    printf '\0\0\0\0\0\0\0\0\x0b\0' # four switches off, 11 points
-    text_record Terminal
-  } > "$1/config.cfg"
-}
 
 compile_and_run() {
   local own=$work.run program=$work.run/Tavrel image="$work.run/my disks/d.dsk" game=$work.run/game tries

@@ -35,13 +35,42 @@ start() {
   wine "$program/Tavrel.exe" "$@" > /dev/null 2>&1 &
   tavrel_process=$!
 }
-# Closes the program; $ended says how that went. Not for a subshell: the program is this shell's child.
-stop() {
-  drive close > /dev/null
+# Waits for the program to end; $ended says how that went. Not for a subshell: the program is this shell's child.
+await_end() {
   wait "$tavrel_process"
   # shellcheck disable=SC2034 # for the suite
   ended="ended $?"
   tavrel_process=
+}
+# Closes the program; $ended as above.
+stop() {
+  drive close > /dev/null
+  await_end
+}
+
+# control NAME: the number of a control, for drive.
+control() { sed -n "s/^#define $1 //p" "$root/app/resource.h"; }
+
+# await_file FILE: until it is there, a minute at most.
+await_file() {
+  local tries
+  for ((tries = 0; tries < 600; ++tries)); do
+    [[ -f $1 ]] && return
+    sleep 0.1
+  done
+}
+
+# write_settings PROGRAM-FOLDER EMULATOR ARGUMENTS DISK-FOLDER
+text_record() { printf '%b' "$(printf '\\x%02x\\x%02x' $((${#1} % 256)) $((${#1} / 256)))"; printf '%s' "$1"; }
+write_settings() {
+  {
+    text_record "$2"
+    text_record "$3"
+    for _ in 1 2 3 4 5; do text_record ''; done
+    text_record "$4"
+    printf '\0\0\0\0\0\0\0\0\x0b\0' # four switches off, 11 points
+    text_record Terminal
+  } > "$1/config.cfg"
 }
 
 # guide_block NUMBER FILE.md: what stands in the block of code of that number.
@@ -58,6 +87,18 @@ check() {
     printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
     failed=$((failed + 1))
   fi
+}
+
+# await NAME EXPECTED-PART COMMAND...: asks again until the answer holds the part, or ten seconds are over.
+await() {
+  local name=$1 expected=$2 answer tries
+  shift 2
+  for ((tries = 0; tries < 50; ++tries)); do
+    answer=$("$@")
+    [[ $answer == *"$expected"* ]] && break
+    sleep 0.2
+  done
+  check "$name" "$expected" "$answer"
 }
 
 # same NAME EXPECTED ACTUAL

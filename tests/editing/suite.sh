@@ -2,47 +2,10 @@
 # The editor by real keys and mouse buttons, in the program as it is started by its user; and what start-up says when
 # its data are missing. Needs a display, Wine with WINEPREFIX set, out/Tavrel and drive.exe.
 set -u
-root=$(cd "$(dirname "$0")/../.." && pwd)
-export LC_ALL=C.UTF-8 WINEDEBUG=${WINEDEBUG:--all}
-work=$(mktemp -d)
-program=$work/Tavrel
-passed=0
-failed=0
-tavrel_process=
-trap '[[ -n $tavrel_process ]] && kill "$tavrel_process" 2> /dev/null; rm -rf "$work"' EXIT
+source "$(dirname "$0")/../acceptance/using.sh"
 
-drive() { wine "$root/out/bin/drive.exe" "$@" --timeout 60 2> /dev/null < /dev/null | tr -d '\r'; return "${PIPESTATUS[0]}"; }
-start() {
-  wine "$program/Tavrel.exe" "$@" > /dev/null 2>&1 < /dev/null &
-  tavrel_process=$!
-}
-# Waits for the program; $ended says how it went. Not for a subshell: the program is this shell's child.
-ended() {
-  wait "$tavrel_process"
-  ended="ended $?"
-  tavrel_process=
-}
-check() { # NAME EXPECTED-PART ACTUAL
-  if [[ $3 == *"$2"* ]]; then
-    echo "ok   $1"
-    passed=$((passed + 1))
-  else
-    printf 'FAIL %s\n     expected: %s\n     found:    %s\n' "$1" "$2" "$3"
-    failed=$((failed + 1))
-  fi
-}
-# await NAME EXPECTED-PART COMMAND...: asks again until the answer holds the part, or ten seconds are over.
-await() {
-  local name=$1 expected=$2 answer tries
-  shift 2
-  for ((tries = 0; tries < 50; ++tries)); do
-    answer=$("$@")
-    [[ $answer == *"$expected"* ]] && break
-    sleep 0.2
-  done
-  check "$name" "$expected" "$answer"
-}
-
+# The program with nothing but its word list.
+program=$work.program
 mkdir -p "$program/help" "$work/game"
 cp "$root/out/Tavrel/Tavrel.exe" "$program"/
 cp "$root/out/Tavrel/help/autocomplete.txt" "$program/help"/
@@ -50,7 +13,7 @@ printf 'Game\r\n2E9B\r\nD200\r\nGAME.PAS\r\n' > "$work/game/GAME.TPJ"
 printf ' begin\r\nend.\r\n' > "$work/game/GAME.PAS"
 signature=$(tr -d '\r' < "$program/help/autocomplete.txt" | grep -i -m 1 '^writeln')
 
-start "$(winepath -w "$work/game/GAME.TPJ" 2> /dev/null)"
+start "$work/game/GAME.TPJ"
 await "the project is loaded" "Current View: GAME.PAS" drive status
 drive keys 'writeln('
 await "typing writeln( shows its signature" "$signature" drive status
@@ -95,12 +58,11 @@ drive right-click
 for _ in 1 2 3; do drive press Down; done
 drive press Enter
 await "and Paste, the third entry, brings it back" "begin" drive text
-drive close
-ended
+stop
 check "the program ends without a question about the text" "ended 0" "$ended"
 
 # A machine without a printer and without the help viewer loses printing and help, nothing else.
-CUPS_SERVER=/nowhere WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-};hhctrl.ocx=" start "$(winepath -w "$work/game/GAME.TPJ" 2> /dev/null)"
+CUPS_SERVER=/nowhere WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-};hhctrl.ocx=" start "$work/game/GAME.TPJ"
 await "the project is loaded again" "Current View: GAME.PAS" drive status
 drive menu mnuPrint
 check "without a printer the user is told" "There is no printer to print on." "$(drive answer OK)"
@@ -111,20 +73,18 @@ drive menu mnuSplit --key
 await "Ctrl+F6 splits" "of 2" drive pane
 drive menu mnuSplit --key
 await "and joins again" "of 1" drive pane
-drive close
-ended
+stop
 check "and ends as ever" "ended 0" "$ended"
 
 rm "$program/help/autocomplete.txt"
 start
 check "a missing word list is told" "File not found" "$(drive answer OK)"
-ended
+await_end
 check "and ends the program with 1" "ended 1" "$ended"
 : > "$program/help/autocomplete.txt"
 start
 check "an empty word list is told" "Input past end of file" "$(drive answer OK)"
-ended
+await_end
 check "and ends the program with 1 too" "ended 1" "$ended"
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+summary

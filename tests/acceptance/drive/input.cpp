@@ -45,15 +45,18 @@ void pressSign(HWND form, char sign) {
 
 WORD keyNamed(const std::string& name) {
     static const std::vector<std::pair<const char*, WORD>> names = {
-        {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},   {"Shift", VK_SHIFT}, {"Tab", VK_TAB},
-        {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},   {"Right", VK_RIGHT},
-        {"Home", VK_HOME},    {"End", VK_END},    {"F10", VK_F10}};
+        {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},      {"Shift", VK_SHIFT},   {"Tab", VK_TAB},
+        {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE},    {"Down", VK_DOWN},     {"Right", VK_RIGHT},
+        {"Home", VK_HOME},    {"End", VK_END},       {"Up", VK_UP},         {"Left", VK_LEFT},
+        {"PageUp", VK_PRIOR}, {"PageDown", VK_NEXT}, {"Delete", VK_DELETE}, {"Back", VK_BACK}};
     for (const auto& [known, key] : names) {
         if (name == known)
             return key;
     }
     if (name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z')
         return static_cast<WORD>(name[0]);
+    if (name.size() >= 2 && name[0] == 'F')
+        return static_cast<WORD>(VK_F1 + std::stoi(name.substr(1)) - 1);
     throw std::invalid_argument("no key is called " + name);
 }
 

@@ -281,6 +281,27 @@ int clickButton(const Options& options, const std::string& caption) {
     return 0;
 }
 
+/// A control of the dialog that is up, by its number.
+HWND dialogControl(const Options& options, int identifier) {
+    HWND found = nullptr;
+    waitUntil(options, "a dialog with this control", [&] {
+        HWND const dialog = dialogBox();
+        found = dialog == nullptr ? nullptr : GetDlgItem(dialog, identifier);
+        return found != nullptr;
+    });
+    return found;
+}
+
+/// Writes into a field, or with no text prints what stands in it.
+int useField(const Options& options, int identifier, const std::string* text) {
+    HWND const field = dialogControl(options, identifier);
+    if (text == nullptr)
+        std::printf("%s\n", windowText(field).c_str());
+    else
+        SendMessageA(field, WM_SETTEXT, 0, std::bit_cast<LPARAM>(text->c_str()));
+    return 0;
+}
+
 int typeText(const Options& options, const std::string& text) {
     HWND const pane = editorPane(mainWindow(options));
     for (const char c : text)
@@ -432,6 +453,17 @@ int perform(const Options& options) {
         return clickNode(options, argument());
     if (verb == "click")
         return clickButton(options, argument());
+    if (verb == "field")
+        return useField(options, std::stoi(argument()), nullptr);
+    if (verb == "fill" && options.words.size() == 3)
+        return useField(options, std::stoi(argument()), &options.words[2]);
+    if (verb == "check")
+        return static_cast<int>(SendMessageA(dialogControl(options, std::stoi(argument())), BM_CLICK, 0, 0));
+    if (verb == "font-size")
+        return std::printf("%d\n", static_cast<int>(SendMessageA(editorPane(mainWindow(options)),
+                                                                 SCI_STYLEGETSIZE, STYLE_DEFAULT, 0))) < 0
+                   ? 1
+                   : 0;
     if (verb == "answer")
         return answerBox(options, argument());
     if (verb == "close")
@@ -472,7 +504,8 @@ int main(int count, char** arguments) {
             "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|template NAME [--autoexec]|"
             "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
             "tree|status|caret|text|type TEXT|keys TEXT|press KEYS|right-click|pane|menu NAME|"
-            "click-node TEXT|answer BUTTON|click CAPTION|close [--timeout SECONDS] [--key]\n",
+            "click-node TEXT|answer BUTTON|click CAPTION|field NUMBER|fill NUMBER TEXT|check "
+            "NUMBER|font-size|close [--timeout SECONDS] [--key]\n",
             error.what());
         return 3;
     }

@@ -1,0 +1,147 @@
+// random_actions.exe: starts Tavrel and does with it, at random, what a user can do; counts before and after
+// what the program holds of the system's resources. Exit codes: 0 all well, 1 a defect, 3 wrong use.
+#include "tests/acceptance/random/counts.h"
+#include "tests/acceptance/random/player.h"
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace tavrel::random {
+namespace {
+
+struct Options {
+    int actions = 0;
+    std::uint32_t seed = 0;
+    World world;
+};
+
+std::vector<std::string> linesOf(const std::string& path) {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    if (lines.empty())
+        throw std::invalid_argument("no paths in " + path);
+    return lines;
+}
+
+Options readOptions(int count, char** arguments) {
+    if (count != 6)
+        throw std::invalid_argument("five arguments are wanted");
+    Options options;
+    options.actions = std::stoi(arguments[1]);
+    options.seed = static_cast<std::uint32_t>(std::stoul(arguments[2]));
+    options.world = {arguments[3], arguments[4], linesOf(arguments[5])};
+    return options;
+}
+
+/// What a program may hold more after all that it did than before. The system gives a window and a font here
+/// and there out of caches of its own; what is lost with each use of a command is many times that after some
+/// hundred.
+struct Slack {
+    static constexpr int windows = 0;
+    static constexpr int gdi = 8;
+    static constexpr int user = 8;
+    static constexpr int handles = 8;
+};
+
+/// One life of the program, from its start to its end.
+class Life {
+  public:
+    Life(Player& player, const World& world) : player_(player) {
+        program_ = std::make_unique<Program>(world.executable, world.project);
+        player_.rest(*program_);
+        player_.tour(*program_);
+        player_.rest(*program_);
+        processesBefore_ = player_.processes();
+        before_ = countResources(program_->process());
+        std::printf("before: %s\n", describe(before_).c_str());
+    }
+    Program& program() { return *program_; }
+
+    /// Once more the tour, the same rest, the same count; then the end.
+    void finish(int actions) {
+        player_.tour(*program_);
+        player_.rest(*program_);
+        const Counts after = countResources(program_->process());
+        // The record of each started process keeps its thread's handle until the program ends.
+        const int started = player_.processes() - processesBefore_;
+        std::printf("after %d actions: %s; processes started: %d at most\n", actions, describe(after).c_str(),
+                    started);
+        PostMessageA(program_->form(), WM_CLOSE, 0, 0);
+        program_->requireGoodEnd();
+        require(after.windows <= before_.windows + Slack::windows, "windows");
+        require(after.gdi <= before_.gdi + Slack::gdi, "GDI objects");
+        require(after.user <= before_.user + Slack::user, "USER objects");
+        require(after.handles <= before_.handles + started + Slack::handles, "handles");
+    }
+
+  private:
+    static void require(bool condition, const char* what) {
+        if (!condition)
+            throw Defect(std::string("the program has lost ") + what);
+    }
+
+    Player& player_;
+    std::unique_ptr<Program> program_;
+    Counts before_;
+    int processesBefore_ = 0;
+};
+
+void useEach(const Options& options) {
+    Player player(options.world, Choices(options.seed));
+    Program program(options.world.executable, options.world.project);
+    player.rest(program);
+    for (int i = 0; i < 2; ++i)
+        player.tour(program);
+    player.useEach(program, options.actions);
+    PostMessageA(program.form(), WM_CLOSE, 0, 0);
+    program.requireGoodEnd();
+}
+
+void play(const Options& options) {
+    if (options.seed == 0)
+        return useEach(options);
+    Player player(options.world, Choices(options.seed));
+    auto life = std::make_unique<Life>(player, options.world);
+    int lives = 1;
+    int lived = 0;
+    for (int action = 0; action < options.actions; ++action) {
+        player.act(life->program());
+        ++lived;
+        if (life->program().alive() && IsWindow(life->program().form()) != FALSE)
+            continue;
+        life->program().requireGoodEnd();
+        std::printf("the program has ended as it was told to, after %d actions\n", lived);
+        life = std::make_unique<Life>(player, options.world);
+        ++lives;
+        lived = 0;
+    }
+    life->finish(lived);
+    for (const auto& [text, times] : player.boxes())
+        std::printf("box, %d times: %s\n", times, text.c_str());
+    std::printf("seed %u: %d actions, %d builds, %d starts of the program: no defect\n", options.seed,
+                options.actions, player.builds(), lives);
+}
+
+} // namespace
+} // namespace tavrel::random
+
+int main(int count, char** arguments) {
+    std::setvbuf(stdout, nullptr, _IONBF, 0); // what was done last is what matters after a crash
+    try {
+        tavrel::random::play(tavrel::random::readOptions(count, arguments));
+        return 0;
+    } catch (const tavrel::random::Defect& defect) {
+        std::printf("DEFECT: %s\n", defect.what());
+        return 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr,
+                     "random_actions: %s\nusage: random_actions ACTIONS SEED TAVREL PROJECT LIST-OF-PATHS\n",
+                     error.what());
+        return 3;
+    }
+}
