@@ -5,6 +5,7 @@
 #include "editor/autocomplete_list.h"
 #include "project/file_switching.h"
 #include "project/project_loading.h"
+#include "util/files.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
 #include "util/window_placing.h"
@@ -135,6 +136,8 @@ void Form1::load(const std::string& argument) {
     place(layout_);
     SplitActive_ = false;
     workspace_->project = Project();
+    for (const char* const folder : {"", "compiler\\"})
+        deleteUnfinishedFiles(workspace_->AppDir + folder);
     LoadSettings(*workspace_);
     showRecentFiles();
     for (const CommandRow& row : commandTable()) {

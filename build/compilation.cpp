@@ -9,6 +9,7 @@
 #include "util/text_input.h"
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,21 @@ void refuseLargeFolder(Workspace& workspace, ProgressWindow& progress) {
     progress.setText("The project directory \r\n" + workspace.project.Folder +
                      "\r\ncannot have more than 720kb of files");
     workspace.display.setWaitPointer(false);
+}
+
+constexpr const char* loader = "DOS2CASH.COM";
+constexpr const char* compiler = "TP3.EXE";
+constexpr const char* runtime = "RUNTIME.COM";
+constexpr const char* script = "turbopc.bat";
+
+/// Bytes in the folder, without those of the kit: a build that was killed may have left it there, and this
+/// one will take it away.
+std::uint64_t projectSize(const std::string& folder) {
+    const std::uint64_t all = GetFolderSize(folder, "*.*", true);
+    std::uint64_t kit = 0;
+    for (const char* const name : {loader, compiler, runtime, script})
+        kit += GetFolderSize(folder, name, false);
+    return all > kit ? all - kit : 0;
 }
 
 /// The kit's files in the project folder. Whatever ends the build, they do not stay there.
@@ -72,10 +88,6 @@ void writeLauncher(const std::string& path, const std::string& text) {
 
 /// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
 void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std::string& folder) {
-    static constexpr const char* loader = "DOS2CASH.COM";
-    static constexpr const char* compiler = "TP3.EXE";
-    static constexpr const char* runtime = "RUNTIME.COM";
-    static constexpr const char* script = "turbopc.bat";
     const std::string kit = workspace.AppDir + "compiler\\";
     KitCopies copies(folder);
     for (const char* const name : {loader, compiler, runtime, script})
@@ -214,7 +226,7 @@ bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output outp
     const std::string programName = mainProgramName(workspace.tree.node(2).text);
     workspace.display.setWaitPointer(true);
     deleteOldOutput(workspace, programName, output);
-    if (GetFolderSize(folder, "*.*", true) > largestProjectFolder) {
+    if (projectSize(folder) > largestProjectFolder) {
         refuseLargeFolder(workspace, tools.progress);
         return true;
     }

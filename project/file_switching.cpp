@@ -27,6 +27,8 @@ void reselectCurrentFile(Workspace& workspace, const std::string& formerKey) {
         return;
     workspace.tree.select(node);
     workspace.project.SelectedKey = workspace.tree.node(node).key;
+    // The window became active again behind the question, and then named the file that was clicked.
+    showCurrentView(workspace, workspace.tree.node(node).text);
 }
 
 void showNodeFile(Workspace& workspace, std::size_t node, const std::string& path) {

@@ -114,6 +114,7 @@ void LoadProject(Workspace& workspace, const std::string& path) {
     workspace.editor.setModified(false); // should the load end early, the empty text may go into no file
     workspace.LastDir = AddBackslash(GetFilePath(path));
     workspace.project.Folder = workspace.LastDir;
+    deleteUnfinishedFiles(workspace.project.Folder);
     std::string mainFile = path;
     if (!FileExists(path)) {
         const std::optional<std::string> located = locateMainFile(workspace, path);

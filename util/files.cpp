@@ -88,6 +88,14 @@ void deleteFileIfPossible(const std::string& path) noexcept {
     }
 }
 
+void deleteUnfinishedFiles(const std::string& folder) {
+    const std::string base = AddBackslash(folder);
+    for (const FolderEntry& entry : listFolder(base, std::string(unfinishedPrefix) + "*")) {
+        if (!entry.isFolder)
+            deleteFileIfPossible(base + entry.name);
+    }
+}
+
 void copyFile(const std::string& from, const std::string& to) {
     writeWholeFile(to, readWholeFile(from));
 }

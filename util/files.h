@@ -29,6 +29,10 @@ void deleteFile(const std::string& path);
 /// Deletes a file if that is possible; says nothing otherwise.
 void deleteFileIfPossible(const std::string& path) noexcept;
 
+/// Deletes the unfinished files in a folder that a save left there which was killed. One that another program
+/// is writing just now stays.
+void deleteUnfinishedFiles(const std::string& folder);
+
 /// Copies a file over an existing one. Throws RuntimeError with the path that failed.
 void copyFile(const std::string& from, const std::string& to);
 

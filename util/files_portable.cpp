@@ -122,7 +122,7 @@ class PortableFiles : public FileSystem {
         return (status.st_mode & S_IWUSR) == 0 ? TargetKind::readOnlyFile : TargetKind::file;
     }
     std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
-        std::string fresh = systemPath(GetFilePath(path)) + "~tavXXXXXX";
+        std::string fresh = systemPath(GetFilePath(path)) + std::string(unfinishedPrefix) + "XXXXXX";
         const int file = mkstemp(fresh.data());
         if (file < 0)
             fail(errno, path);

@@ -124,19 +124,22 @@ class WindowsFiles : public FileSystem {
         std::string folder = GetFilePath(path);
         if (folder.empty())
             folder = ".";
-        std::array<char, MAX_PATH + 1> name{};
-        if (GetTempFileNameA(folder.c_str(), "tav", 0, name.data()) == 0) {
+        folder = AddBackslash(folder);
+        static unsigned count = 0;
+        for (;;) {
+            const std::string name = folder + std::string(unfinishedPrefix) +
+                                     std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count++);
+            // Nobody else may take it away as a leftover while it is written.
+            HANDLE const handle = CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                              CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+            if (handle != INVALID_HANDLE_VALUE)
+                return std::make_unique<WindowsOutput>(FileHandle(handle), name);
             const DWORD code = GetLastError();
+            if (code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS)
+                continue;
             const DWORD attributes = GetFileAttributesA(folder.c_str());
             fail(attributes == INVALID_FILE_ATTRIBUTES ? ERROR_PATH_NOT_FOUND : code, path);
         }
-        FileHandle file = openFile(name.data(), GENERIC_WRITE, OPEN_EXISTING);
-        if (!file) {
-            const DWORD code = GetLastError();
-            DeleteFileA(name.data());
-            fail(code, path);
-        }
-        return std::make_unique<WindowsOutput>(std::move(file), name.data());
     }
     std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
         FileHandle file = openFile(path, GENERIC_WRITE, OPEN_EXISTING);

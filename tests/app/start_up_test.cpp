@@ -214,6 +214,15 @@ TEST_F(StartUp, MissingSettingsAreNotMade) {
     EXPECT_FALSE(program.has("config.cfg"));
 }
 
+TEST_F(StartUp, WhatAKilledSaveLeftIsTakenAway) {
+    program.makeFolder("compiler");
+    program.write("~tavrel5-1", "x");
+    program.write("compiler\\~tavrel5-2", "x");
+    start();
+    EXPECT_FALSE(program.has("~tavrel5-1"));
+    EXPECT_FALSE(program.has("compiler\\~tavrel5-2"));
+}
+
 TEST_F(StartUp, EmptySettingsGiveAReadableFont) {
     program.write("config.cfg", "");
     start();

@@ -148,6 +148,16 @@ TEST_F(Build, ExactlyADiskfulBuildsAndOneByteMoreIsRefused) {
     EXPECT_FALSE(test.display.waitPointer);
 }
 
+TEST_F(Build, TheKitThatAKilledBuildLeftDoesNotCount) {
+    const auto used = GetFolderSize(test.folder.path(), "*.*", true);
+    test.folder.write("BIG.DAT", std::string(static_cast<std::size_t>(737280 - used), 'x'));
+    for (const char* const name : {"Dos2cash.com", "tp3.exe", "RUNTIME.COM", "turbopc.bat"})
+        test.folder.write(name, std::string(50'000, 'k'));
+    EXPECT_TRUE(build());
+    EXPECT_EQ(test.processes.runs.size(), 1U);
+    EXPECT_TRUE(kitIsGone());
+}
+
 TEST_F(Build, OnlyTheOutputOfTheChosenKindIsDeleted) {
     test.folder.write("M.com", "c");
     test.folder.write("M.chn", "h");

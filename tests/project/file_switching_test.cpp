@@ -73,6 +73,14 @@ TEST_F(TwoFiles, CancelGoesBackToTheFormerNode) {
     EXPECT_EQ(workspace.project.SelectedKey, "M.PAS0");
 }
 
+TEST_F(TwoFiles, AfterCancelTheStatusLineNamesTheFileInTheEditor) {
+    test.editor.setText("edited");
+    test.messages.answers = {Answer::cancel};
+    test.display.panels[StatusPanel::currentView] = "what the window said while the question was up";
+    click(3);
+    EXPECT_EQ(test.display.panels[StatusPanel::currentView], "Current View: M.PAS");
+}
+
 TEST_F(TwoFiles, AutoSaveAsksNothing) {
     workspace.settings.AutoSave = storedTrue;
     test.editor.setText("edited");

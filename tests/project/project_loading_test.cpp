@@ -29,6 +29,14 @@ TEST(ProjectLoading, AMainFileWithoutDirectivesGivesTwoNodes) {
     EXPECT_EQ(test.display.projectCommandsEnabled, 1);
 }
 
+TEST(ProjectLoading, WhatAKilledSaveLeftIsTakenAway) {
+    TestWorkspace test;
+    test.folder.write("~tavrel5-1", "begi");
+    LoadProject(test.workspace, test.folder.write("M.PAS", "begin\r\nend.\r\n"));
+    EXPECT_FALSE(test.folder.has("~tavrel5-1"));
+    EXPECT_EQ(test.editor.content, "begin\r\nend.\r\n");
+}
+
 TEST(ProjectLoading, TheSameIncludeTwiceGivesTwoNodesAndEntries) {
     TestWorkspace test;
     test.folder.write("X.INC", "procedure P;\r\n");

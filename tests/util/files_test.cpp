@@ -192,5 +192,17 @@ TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
     EXPECT_EQ(GetFolderSize(folder.path().substr(0, folder.path().size() - 1), "*.*", true), 10U);
 }
 
+TEST(Files, OnlyUnfinishedFilesAreTakenAway) {
+    const test::TemporaryFolder folder;
+    for (const char* const name : {"~tavrel12-0", "~TAVREL9-77", "~TAVERN.PAS", "TAVREL.PAS", "A.TMP"})
+        folder.write(name, "x");
+    deleteUnfinishedFiles(folder.path());
+    EXPECT_FALSE(folder.has("~tavrel12-0"));
+    EXPECT_FALSE(folder.has("~TAVREL9-77"));
+    for (const char* const name : {"~TAVERN.PAS", "TAVREL.PAS", "A.TMP"})
+        EXPECT_TRUE(folder.has(name)) << name;
+    deleteUnfinishedFiles(folder.path() + "NOWHERE"); // says nothing
+}
+
 } // namespace
 } // namespace tavrel

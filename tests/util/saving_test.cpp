@@ -93,6 +93,8 @@ TEST(Saving, AKillAtAnyMomentLeavesTheOldFileOrTheNewOne) {
         const std::string found = folder.read("A.PAS");
         ASSERT_TRUE(found == oldContent || found == newContent) << found.size();
     }
+    deleteUnfinishedFiles(folder.path());
+    EXPECT_EQ(listFolder(folder.path(), "*").size(), 1U) << "nothing but the file itself";
 }
 
 TEST(Saving, AFileThatTheSystemLetsGrowNoFurtherStaysTheOldOne) {

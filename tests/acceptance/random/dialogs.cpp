@@ -110,6 +110,7 @@ void Player::pressButton(HWND dialog) {
         return;
     }
     HWND const button = choices_.of(buttons);
+    ++uses_.fileDialogs; // which "Browse" or "Open" may bring
     note("presses " + drive::windowText(button) + " in " + drive::windowText(dialog));
     PostMessageA(button, BM_CLICK, 0, 0);
 }

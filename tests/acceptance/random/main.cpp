@@ -2,7 +2,9 @@
 // what the program holds of the system's resources. Exit codes: 0 all well, 1 a defect, 3 wrong use.
 #include "tests/acceptance/random/counts.h"
 #include "tests/acceptance/random/player.h"
+#include "tests/acceptance/random/system_loss.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -16,6 +18,7 @@ struct Options {
     int actions = 0;
     std::uint32_t seed = 0;
     World world;
+    std::string helpFile;
 };
 
 std::vector<std::string> linesOf(const std::string& path) {
@@ -29,18 +32,18 @@ std::vector<std::string> linesOf(const std::string& path) {
 }
 
 Options readOptions(int count, char** arguments) {
-    if (count != 6)
-        throw std::invalid_argument("five arguments are wanted");
+    if (count != 7)
+        throw std::invalid_argument("six arguments are wanted");
     Options options;
     options.actions = std::stoi(arguments[1]);
     options.seed = static_cast<std::uint32_t>(std::stoul(arguments[2]));
-    options.world = {arguments[3], arguments[4], linesOf(arguments[5])};
+    options.world = {arguments[3], arguments[4], linesOf(arguments[6])};
+    options.helpFile = arguments[5];
     return options;
 }
 
-/// What a program may hold more after all that it did than before. The system gives a window and a font here
-/// and there out of caches of its own; what is lost with each use of a command is many times that after some
-/// hundred.
+/// What a program may hold more after all that it did than before: caches of the system that fill up late.
+/// What is lost with each use of a command is many times that after some hundred.
 struct Slack {
     static constexpr int windows = 0;
     static constexpr int gdi = 8;
@@ -51,44 +54,51 @@ struct Slack {
 /// One life of the program, from its start to its end.
 class Life {
   public:
-    Life(Player& player, const World& world) : player_(player) {
-        program_ = std::make_unique<Program>(world.executable, world.project);
+    Life(Player& player, const Options& options, const SystemLoss& loss) : player_(player), loss_(loss) {
+        program_ = std::make_unique<Program>(options.world.executable, options.world.project);
         player_.rest(*program_);
         player_.tour(*program_);
+        player_.warmUp(*program_, std::max(leastWarmUp, options.actions / 4));
         player_.rest(*program_);
-        processesBefore_ = player_.processes();
+        usesBefore_ = player_.uses();
         before_ = countResources(program_->process());
         std::printf("before: %s\n", describe(before_).c_str());
     }
     Program& program() { return *program_; }
 
-    /// Once more the tour, the same rest, the same count; then the end.
+    /// The same rest, the same count; then the end.
     void finish(int actions) {
-        player_.tour(*program_);
         player_.rest(*program_);
         const Counts after = countResources(program_->process());
-        // The record of each started process keeps its thread's handle until the program ends.
-        const int started = player_.processes() - processesBefore_;
-        std::printf("after %d actions: %s; processes started: %d at most\n", actions, describe(after).c_str(),
-                    started);
+        const Uses uses = player_.uses() - usesBefore_;
+        std::printf(
+            "after %d actions: %s; meanwhile at most %d processes, %d file dialogs and %d help windows\n",
+            actions, describe(after).c_str(), uses.processes, uses.fileDialogs, uses.helps);
         PostMessageA(program_->form(), WM_CLOSE, 0, 0);
         program_->requireGoodEnd();
+        const auto allowed = [&](int Counts::*kind) {
+            return before_.*kind + loss_.fileDialog.*kind * uses.fileDialogs + loss_.help.*kind * uses.helps;
+        };
         require(after.windows <= before_.windows + Slack::windows, "windows");
-        require(after.gdi <= before_.gdi + Slack::gdi, "GDI objects");
-        require(after.user <= before_.user + Slack::user, "USER objects");
-        require(after.handles <= before_.handles + started + Slack::handles, "handles");
+        require(after.gdi <= allowed(&Counts::gdi) + Slack::gdi, "GDI objects");
+        require(after.user <= allowed(&Counts::user) + Slack::user, "USER objects");
+        // The handle of each started process's first thread stays open until the program ends.
+        require(after.handles <= allowed(&Counts::handles) + uses.processes + Slack::handles, "handles");
     }
 
   private:
+    static constexpr int leastWarmUp = 60; // actions
+
     static void require(bool condition, const char* what) {
         if (!condition)
             throw Defect(std::string("the program has lost ") + what);
     }
 
     Player& player_;
+    SystemLoss loss_;
     std::unique_ptr<Program> program_;
     Counts before_;
-    int processesBefore_ = 0;
+    Uses usesBefore_;
 };
 
 void useEach(const Options& options) {
@@ -103,20 +113,25 @@ void useEach(const Options& options) {
 }
 
 void play(const Options& options) {
+    constexpr int actionsBetweenCounts = 10; // shows in the record from where on something is lost
     if (options.seed == 0)
         return useEach(options);
+    const SystemLoss loss = measureSystemLoss(options.world.project, options.helpFile);
+    std::printf("%s\n", describe(loss).c_str());
     Player player(options.world, Choices(options.seed));
-    auto life = std::make_unique<Life>(player, options.world);
+    auto life = std::make_unique<Life>(player, options, loss);
     int lives = 1;
     int lived = 0;
     for (int action = 0; action < options.actions; ++action) {
         player.act(life->program());
         ++lived;
+        if (lived % actionsBetweenCounts == 0 && life->program().alive())
+            std::printf("     %s\n", describe(countResources(life->program().process())).c_str());
         if (life->program().alive() && IsWindow(life->program().form()) != FALSE)
             continue;
         life->program().requireGoodEnd();
         std::printf("the program has ended as it was told to, after %d actions\n", lived);
-        life = std::make_unique<Life>(player, options.world);
+        life = std::make_unique<Life>(player, options, loss);
         ++lives;
         lived = 0;
     }
@@ -124,7 +139,7 @@ void play(const Options& options) {
     for (const auto& [text, times] : player.boxes())
         std::printf("box, %d times: %s\n", times, text.c_str());
     std::printf("seed %u: %d actions, %d builds, %d starts of the program: no defect\n", options.seed,
-                options.actions, player.builds(), lives);
+                options.actions, player.uses().builds, lives);
 }
 
 } // namespace
@@ -139,9 +154,10 @@ int main(int count, char** arguments) {
         std::printf("DEFECT: %s\n", defect.what());
         return 1;
     } catch (const std::exception& error) {
-        std::fprintf(stderr,
-                     "random_actions: %s\nusage: random_actions ACTIONS SEED TAVREL PROJECT LIST-OF-PATHS\n",
-                     error.what());
+        std::fprintf(
+            stderr,
+            "random_actions: %s\nusage: random_actions ACTIONS SEED TAVREL PROJECT HELP-FILE LIST-OF-PATHS\n",
+            error.what());
         return 3;
     }
 }

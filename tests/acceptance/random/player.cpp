@@ -91,6 +91,13 @@ void Player::note(const std::string& what) {
     std::printf("%4d %s\n", actions_, what.c_str());
 }
 
+void Player::warmUp(Program& program, int actions) {
+    mayExit_ = false;
+    for (int i = 0; i < actions; ++i)
+        act(program);
+    mayExit_ = true;
+}
+
 void Player::act(Program& program) {
     ++actions_;
     const std::vector<HWND> dialogs = program.dialogs();
@@ -116,6 +123,11 @@ void Player::act(Program& program) {
 
 void Player::choose(const Program& program, unsigned identifier, bool byKey) {
     const CommandRow* const row = findCommand(identifier);
+    static const std::vector<unsigned> withFileDialog = {
+        mnuNew, mnuNewInc, mnuOpenProject, mnuFileOpen, mnuOpenIncfile, mnuSavePrj, mnuSaveFile};
+    uses_.helps += identifier == mnuRefHelp ? 1 : 0;
+    uses_.fileDialogs +=
+        static_cast<int>(std::count(withFileDialog.begin(), withFileDialog.end(), identifier));
     note(std::string(row->name) + (byKey ? " by its key" : ""));
     if (byKey)
         drive::pressChord(program.form(), row->shortcut.text);
@@ -125,7 +137,7 @@ void Player::choose(const Program& program, unsigned identifier, bool byKey) {
 
 void Player::command(Program& program) {
     const CommandRow& row = *choices_.of(commands());
-    if (row.identifier == mnuExit && !choices_.oneIn(8))
+    if (row.identifier == mnuExit && (!mayExit_ || !choices_.oneIn(6)))
         return command(program);
     if (isBuild(row.identifier)) {
         build(program);
@@ -146,8 +158,8 @@ void Player::command(Program& program) {
 void Player::build(Program& program) {
     static const std::vector<unsigned> kinds = {mnuCompile, mnuCompileCHN, mnuCompileRun};
     const unsigned kind = choices_.of(kinds);
-    ++builds_;
-    processes_ += kind == mnuCompileRun ? processesOfRun : 1;
+    ++uses_.builds;
+    uses_.processes += kind == mnuCompileRun ? processesOfRun : 1;
     choose(program, kind, choices_.oneIn(2));
     Sleep(aMoment);
     if (!choices_.oneIn(3)) // else the play goes on while the build runs
@@ -189,6 +201,7 @@ void Player::pressSomething(const Program& program) {
         "Shift+End"};
     const std::string& chord = choices_.of(keys);
     note("presses " + chord);
+    uses_.fileDialogs += chord == "Ctrl+S" ? 1 : 0; // a project without a name
     drive::pressChord(program.form(), chord);
 }
 
@@ -265,16 +278,19 @@ void Player::openMenu(const Program& program) {
 
 void Player::useOnce(const Program& program, const CommandRow& row) {
     if (isBuild(row.identifier)) {
-        ++builds_;
-        processes_ += row.identifier == mnuCompileRun ? processesOfRun : 1;
+        ++uses_.builds;
+        uses_.processes += row.identifier == mnuCompileRun ? processesOfRun : 1;
     }
     choose(program, row.identifier, row.kind == RowKind::key);
     Sleep(2 * aMoment);
     awaitBuild(program);
-    for (int tries = 0; tries < 5; ++tries) {
+    constexpr int quietLooks = 2; // a dialog may still be on its way
+    for (int quiet = 0; quiet < quietLooks; ++quiet) {
         program.requireAnswer();
-        for (HWND const dialog : program.dialogs())
+        for (HWND const dialog : program.dialogs()) {
             refuse(dialog);
+            quiet = 0;
+        }
         Sleep(aMoment);
     }
 }
@@ -320,7 +336,7 @@ void Player::rest(Program& program) {
         await("quiet", [&] {
             program.requireAnswer();
             quiet = calm() ? quiet + 1 : 0;
-            return quiet == 10;
+            return quiet == 5;
         });
     };
     settle();

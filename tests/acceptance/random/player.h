@@ -17,6 +17,19 @@ struct World {
     std::vector<std::string> paths; ///< of files, there or missing, and folders, for any field
 };
 
+/// How often the player did what has a price.
+struct Uses {
+    int builds = 0;
+    int processes = 0;   ///< that the program has started
+    int fileDialogs = 0; ///< at most
+    int helps = 0;
+
+    Uses operator-(const Uses& other) const {
+        return {builds - other.builds, processes - other.processes, fileDialogs - other.fileDialogs,
+                helps - other.helps};
+    }
+};
+
 class Player {
   public:
     Player(World world, Choices choices) : world_(std::move(world)), choices_(choices) {}
@@ -24,9 +37,11 @@ class Player {
     /// One action; prints what it is. May end the program.
     void act(Program& program);
 
-    /// Uses every command once, and builds once, so that what is made only once is there before anything is
-    /// counted.
+    /// Uses every command once, but Exit, and builds in each way.
     void tour(const Program& program);
+
+    /// Some actions, Exit not among them, which bring what is made only once.
+    void warmUp(Program& program, int actions);
 
     /// Uses each command that often, and prints what the program holds more afterwards.
     void useEach(Program& program, int times);
@@ -36,8 +51,7 @@ class Player {
 
     /// Texts of the message boxes that were up, and how often.
     const std::map<std::string, int>& boxes() const { return boxes_; }
-    int builds() const { return builds_; }
-    int processes() const { return processes_; }
+    const Uses& uses() const { return uses_; }
 
   private:
     void useOnce(const Program& program, const CommandRow& row);
@@ -64,8 +78,8 @@ class Player {
     Choices choices_;
     std::map<std::string, int> boxes_;
     int actions_ = 0;
-    int builds_ = 0;
-    int processes_ = 0; ///< started by the program
+    bool mayExit_ = true;
+    Uses uses_;
     HWND lastBox_ = nullptr;
 };
 

@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <Scintilla.h>
+
 namespace tavrel::saver {
 namespace {
 
@@ -43,7 +45,9 @@ class Target {
     void post(WPARAM identifier) const { PostMessageA(form_, WM_COMMAND, identifier, 0); }
     void setText(const std::string& text) const {
         HWND const pane = FindWindowExA(GetDlgItem(form_, Form1_Code1), nullptr, "Scintilla", nullptr);
-        SendMessageA(pane, WM_SETTEXT, 0, std::bit_cast<LPARAM>(text.c_str()));
+        const drive::RemoteMemory memory(pane, text.size() + 1);
+        memory.write(text.c_str(), text.size() + 1);
+        SendMessageA(pane, SCI_SETTEXT, 0, memory.address());
         requireLife();
     }
     void clickNode(const std::string& name) const {
@@ -53,7 +57,7 @@ class Target {
                 clickEntry(tree, entry);
         }
         await([&] {
-            return drive::statusText(GetDlgItem(form_, Form1_StatusBar1), 0) == "Current View: " + name;
+            return drive::statusText(GetDlgItem(form_, Form1_StatusBar1), 1) == "Current View: " + name;
         });
     }
 
