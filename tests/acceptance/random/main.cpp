@@ -16,7 +16,7 @@ namespace {
 
 struct Options {
     int actions = 0;
-    std::uint32_t seed = 0;
+    std::uint32_t seed = 0; ///< 0: no play, but each command that often
     World world;
     std::string helpFile;
 };
