@@ -46,7 +46,7 @@ Options readOptions(int count, char** arguments) {
 /// What is lost with each use of a command is many times that after some hundred.
 struct Slack {
     static constexpr int windows = 0;
-    static constexpr int gdi = 8;
+    static constexpr int gdi = 24;
     static constexpr int user = 8;
     static constexpr int handles = 8;
 };
