@@ -62,13 +62,13 @@ class BlockWalk {
 
   private:
     bool isLive(const Bits& live, ValueId id) const {
-        return function_.values[id].crossesBlocks ? Liveness::has(live, indexOf_[id]) : temporaries_[id];
+        return function_.values[id].crossesBlocks ? Liveness::has(live, indexOf_[id]) : temporaries_[id] != 0;
     }
     void setLive(Bits& live, ValueId id, bool value) {
         if (function_.values[id].crossesBlocks) {
             setBit(live, indexOf_[id], value);
         } else {
-            temporaries_[id] = value;
+            temporaries_[id] = value ? 1 : 0;
         }
     }
 
@@ -119,7 +119,7 @@ class BlockWalk {
     Function& function_;
     const std::vector<std::uint16_t>& indexOf_;
     const std::vector<ValueId>& crossing_;
-    std::vector<bool> temporaries_;
+    std::vector<std::uint8_t> temporaries_; // 1: live
 };
 
 void countUses(Function& function) {

@@ -31,25 +31,26 @@ Arena::~Arena() {
     }
 }
 
-void* Arena::allocate(std::size_t size) {
-    constexpr std::size_t alignment = alignof(std::max_align_t) < 8 ? alignof(std::max_align_t) : 8;
-    size = (size + alignment - 1) & ~(alignment - 1);
-    while (current_ < chunks_.size() && chunks_[current_].size - used_ < size) {
-        ++current_;
-        used_ = 0;
-    }
-    if (current_ == chunks_.size()) {
+// Goes on to a chunk that has `size` bytes: one that was given back, or a new one.
+void Arena::nextChunk(std::size_t size) {
+    std::size_t next = next_ == nullptr ? 0 : current_ + 1;
+    while (next < chunks_.size() && chunks_[next].size < size)
+        ++next;
+    if (next == chunks_.size()) {
         const std::size_t bytes = size > chunkSize ? size : chunkSize;
         chunks_.push_back({nullptr, 0}); // first, so that the chunk has an owner whatever fails
         chunks_.back().memory = new char[bytes];
         chunks_.back().size = bytes;
         forbid(chunks_.back().memory, bytes);
     }
-    char* place = chunks_[current_].memory + used_;
-    used_ += size;
+    current_ = next;
+    next_ = chunks_[next].memory;
+    room_ = chunks_[next].size;
+}
+
+void* Arena::cleared(char* place, std::size_t size) {
     allow(place, size);
-    std::memset(place, 0, size);
-    return place;
+    return std::memset(place, 0, size);
 }
 
 const char* Arena::copyText(const char* text, std::size_t length) {
@@ -60,7 +61,7 @@ const char* Arena::copyText(const char* text, std::size_t length) {
 }
 
 Arena::Mark Arena::mark() const {
-    return {current_, used_};
+    return {current_, next_ == nullptr ? 0 : chunks_[current_].size - room_};
 }
 
 void Arena::release(Mark mark) {
@@ -68,8 +69,11 @@ void Arena::release(Mark mark) {
         const std::size_t kept = i == mark.chunk ? mark.used : 0;
         forbid(chunks_[i].memory + kept, chunks_[i].size - kept);
     }
+    if (chunks_.empty())
+        return;
     current_ = mark.chunk;
-    used_ = mark.used;
+    next_ = chunks_[mark.chunk].memory + mark.used;
+    room_ = chunks_[mark.chunk].size - mark.used;
 }
 
 std::size_t Arena::capacity() const {

@@ -25,7 +25,16 @@ class Arena {
     ~Arena();
 
     /// `size` bytes, aligned for any pointer, zero-filled. Out of memory ends in the handler of operator new.
-    void* allocate(std::size_t size);
+    void* allocate(std::size_t size) {
+        constexpr std::size_t alignment = alignof(std::max_align_t) < 8 ? alignof(std::max_align_t) : 8;
+        size = (size + alignment - 1) & ~(alignment - 1);
+        if (size > room_)
+            nextChunk(size);
+        char* const place = next_;
+        next_ += size;
+        room_ -= size;
+        return cleared(place, size);
+    }
 
     template <typename T, typename... Args> T* make(Args&&... args) {
         static_assert(std::is_trivially_destructible_v<T>);
@@ -48,9 +57,13 @@ class Arena {
     };
     static constexpr std::size_t chunkSize = 8192;
 
+    void nextChunk(std::size_t size);
+    static void* cleared(char* place, std::size_t size);
+
     std::vector<Chunk> chunks_;
     std::size_t current_ = 0; ///< index of the chunk in use
-    std::size_t used_ = 0;    ///< bytes used in it
+    char* next_ = nullptr;    ///< its first free byte
+    std::size_t room_ = 0;    ///< bytes from there to its end
 };
 
 } // namespace tp3

@@ -40,18 +40,10 @@ class CodeConsumer : public BodyConsumer {
         if (!survey_.routines[routine.ordinal].used || failed_.line != 0) {
             return;
         }
-        Lowering lowering(storage_, routine);
-        Function function = lowering.run(statements);
-        failed_ = lowering.untranslatable();
+        Selector::Result selected = machineCode(routine, statements);
         if (failed_.line != 0) {
             return;
         }
-        coalesceCopies(function);
-        tidyBlocks(function);
-        sinkStackCheck(function);
-        const Liveness liveness = analyseLiveness(function);
-        pinLoopValues(function, liveness);
-        Selector::Result selected = Selector(function, liveness, storage_).run();
         peephole(selected.code);
         addCode(routine.ordinal, selected);
     }
@@ -61,6 +53,22 @@ class CodeConsumer : public BodyConsumer {
     Storage& storage() { return storage_; }
 
   private:
+    /// The intermediate code is gone when the peephole begins, which matters in DOS.
+    Selector::Result machineCode(Routine& routine, Stmt* statements) {
+        Lowering lowering(storage_, routine);
+        Function function = lowering.run(statements);
+        failed_ = lowering.untranslatable();
+        if (failed_.line != 0) {
+            return {};
+        }
+        coalesceCopies(function);
+        tidyBlocks(function);
+        sinkStackCheck(function);
+        const Liveness liveness = analyseLiveness(function);
+        pinLoopValues(function, liveness);
+        return Selector(function, liveness, storage_).run();
+    }
+
     void addCode(std::uint16_t ordinal, const Selector::Result& selected) {
         z80::Encoded code = z80::encode(selected.code, selected.pool, selected.poolFixups, false);
         if (wantsLines_)

@@ -18,7 +18,7 @@ bool Scanner::commentEnd(bool brace) {
         take();
         return true;
     }
-    if (peek() != '*' || peek(1) != ')')
+    if (peek() != '*' || peekBehind(1) != ')')
         return false;
     take();
     take();
@@ -49,7 +49,7 @@ void Scanner::directiveList(bool brace) {
     while (!errors_.failed()) {
         const Position position = here();
         const int letter = upper(peek());
-        if (letter == 'I' && peek(1) != '+' && peek(1) != '-') {
+        if (letter == 'I' && peekBehind(1) != '+' && peekBehind(1) != '-') {
             take();
             return include(brace, position);
         }
@@ -139,7 +139,7 @@ void Scanner::include(bool brace, Position position) {
     const bool more = whole != name;
     if (name.find('.', start) == std::string::npos)
         name += ".PAS";
-    if (sources_.size() > maximumIncludeDepth)
+    if (outer_.size() >= maximumIncludeDepth)
         return fail(Error::includeNesting, position, name);
     push(name, position, more ? notADosName(whole) : name);
 }

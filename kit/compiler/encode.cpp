@@ -19,12 +19,13 @@ class Encoder {
             if (code_[i].op == Op::label && code_[i].index >= labels_.size()) {
                 labels_.resize(code_[i].index + 1U);
             }
-            isShort_[i] = mayBeShort(code_[i]);
+            isShort_[i] = mayBeShort(code_[i]) ? 1 : 0;
         }
         // Start with every candidate short and lengthen what does not reach: lengths only grow, so this ends.
         do {
             place();
         } while (lengthen());
+        result_.bytes.reserve(offsets_.back());
         for (std::size_t i = 0; i < code_.size(); ++i) {
             write(i);
         }
@@ -44,7 +45,7 @@ class Encoder {
             if (code_[i].op == Op::label) {
                 labels_[code_[i].index] = offset;
             }
-            offset += length(code_[i], isShort_[i]);
+            offset += length(code_[i], isShort_[i] != 0);
         }
         offsets_[code_.size()] = offset;
     }
@@ -57,7 +58,7 @@ class Encoder {
     bool lengthen() {
         bool changed = false;
         for (std::size_t i = 0; i < code_.size(); ++i) {
-            if (!isShort_[i] || code_[i].op == Op::djnz) {
+            if (isShort_[i] == 0 || code_[i].op == Op::djnz) {
                 continue;
             }
             const std::int32_t d = distance(i);
@@ -65,7 +66,7 @@ class Encoder {
             // mostly are.
             const bool mostlyTaken = d < 0 || static_cast<Condition>(code_[i].x) == Condition::always;
             if (d < -128 || d > 127 || (mostlyTaken && !preferSize_)) {
-                isShort_[i] = false;
+                isShort_[i] = 0;
                 changed = true;
             }
         }
@@ -113,7 +114,7 @@ class Encoder {
     void jumpBytes(std::size_t index) {
         const Instruction& i = code_[index];
         const bool always = static_cast<Condition>(i.x) == Condition::always;
-        if (isShort_[index]) {
+        if (isShort_[index] != 0) {
             byte(always ? 0x18U : 0x20U + i.x * 8U);
             byte(static_cast<unsigned>(distance(index)) & 0xFFU);
         } else {
@@ -306,7 +307,7 @@ class Encoder {
     const std::vector<std::uint8_t>& pool_;
     const std::vector<Fixup>& poolFixups_;
     bool preferSize_;
-    std::vector<bool> isShort_;
+    std::vector<std::uint8_t> isShort_; // 1: the jump is
     std::vector<std::uint32_t> offsets_;
     std::vector<std::uint32_t> labels_;
     Encoded result_;

@@ -4,6 +4,7 @@
 #include "z80.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -198,7 +199,8 @@ struct Block {
 
 /// The code of one routine between the tree and the machine.
 struct Function {
-    std::vector<Ir> code;
+    std::deque<Ir>
+        code; ///< in pieces, so that a long routine need not find room for twice its code while it grows
     std::vector<Argument> arguments;
     std::vector<Block> blocks;
     std::vector<BlockId> layout; ///< blocks in the order of their code

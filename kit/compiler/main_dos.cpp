@@ -1,6 +1,6 @@
 // TP3.EXE NAME [/H] /S<hex> /E<hex> /R<file>: compiles NAME.PAS in the current folder to NAME.CHN. On an
 // error it writes one record to the error file; on success it prints three lines of sizes and writes no error
-// file.
+// file. Meanwhile the console tells how far it is.
 #include "compiler.h"
 #include "dos/dos.h"
 #include "dos_name.h"
@@ -107,8 +107,28 @@ class DosReader : public tp3::SourceReader {
     dos::File file_;
 };
 
+/// How far the compiler is, on one line of the console that is written over again and again.
+class ProgressLine {
+  public:
+    void show(std::string_view activity, std::uint32_t lines) {
+        const std::string text = std::string(activity) + ' ' + std::to_string(lines);
+        dos::printToConsole('\r' + text);
+        shown_ = text.size() > shown_ ? text.size() : shown_;
+    }
+    /// Leaves the line empty for what comes next.
+    void clear() {
+        if (shown_ != 0) {
+            dos::printToConsole('\r' + std::string(shown_, ' ') + '\r');
+        }
+    }
+
+  private:
+    std::size_t shown_ = 0;
+};
+
 class DosHost : public tp3::Host {
   public:
+    ~DosHost() override { progress_.clear(); }
     std::unique_ptr<tp3::SourceReader> openSource(std::string_view name) override {
         dos::File file;
         if (!file.open(name)) {
@@ -116,8 +136,13 @@ class DosHost : public tp3::Host {
         }
         return std::make_unique<DosReader>(static_cast<dos::File&&>(file));
     }
-    void progress(int, std::uint32_t) override {}
+    void progress(int pass, std::uint32_t lines) override {
+        progress_.show(pass == 1 ? "Checking line" : "Compiling line", lines);
+    }
     std::size_t stackLeft() override { return dos::stackLeft(); }
+
+  private:
+    ProgressLine progress_;
 };
 
 Arguments arguments; // global, as the out-of-memory handler needs it
@@ -204,8 +229,10 @@ int dosMain() {
         return exitMisuse;
     }
     arguments.options.mainFile = source;
-    DosHost host;
-    const tp3::CompileResult result = tp3::compile(host, arguments.options);
+    const tp3::CompileResult result = [] {
+        DosHost host;
+        return tp3::compile(host, arguments.options);
+    }();
     if (!result.ok) {
         writeError(result.diagnostic);
         return exitCompileError;

@@ -64,14 +64,14 @@ class Peephole {
 
     bool run() {
         for (std::size_t i = 0; i < code_.size(); ++i) {
-            if (!removed_[i]) {
+            if (removed_[i] == 0) {
                 changed_ = rule(i) || changed_;
             }
         }
         deadWrites();
         std::size_t kept = 0;
         for (std::size_t i = 0; i < code_.size(); ++i) {
-            if (!removed_[i]) {
+            if (removed_[i] == 0) {
                 code_[kept++] = code_[i];
             }
         }
@@ -84,18 +84,31 @@ class Peephole {
     std::size_t after(std::size_t i) const {
         do {
             ++i;
-        } while (i < code_.size() && removed_[i]);
+        } while (i < code_.size() && removed_[i] != 0);
         return i;
     }
     void remove(std::size_t i) {
-        removed_[i] = true;
+        removed_[i] = 1;
         changed_ = true;
     }
     bool at(std::size_t i) const { return i < code_.size(); }
 
     bool rule(std::size_t i) {
-        return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || jumpOverReturn(i) || moveBack(i) ||
-               tailCall(i) || zeroAccumulator(i);
+        switch (code_[i].op) {
+        case Op::jump:
+            return unreachable(i) || jumpToNext(i) || jumpOverJump(i) || jumpOverReturn(i);
+        case Op::ret:
+            return unreachable(i);
+        case Op::ldRegReg:
+        case Op::exDeHl:
+            return moveBack(i);
+        case Op::call:
+            return tailCall(i);
+        case Op::ldRegN:
+            return zeroAccumulator(i);
+        default:
+            return false;
+        }
     }
 
     bool unreachable(std::size_t i) {
@@ -183,8 +196,8 @@ class Peephole {
     /// called from.
     bool tailCall(std::size_t i) {
         const std::size_t next = after(i);
-        if (code_[i].op != Op::call || code_[i].target != z80::Target::routine || !at(next) ||
-            code_[next].op != Op::ret || static_cast<Condition>(code_[next].x) != Condition::always) {
+        if (code_[i].target != z80::Target::routine || !at(next) || code_[next].op != Op::ret ||
+            static_cast<Condition>(code_[next].x) != Condition::always) {
             return false;
         }
         code_[i].op = Op::jump;
@@ -196,8 +209,7 @@ class Peephole {
     /// LD A,0 becomes XOR A where nobody looks at the flags any more.
     bool zeroAccumulator(std::size_t i) {
         Instruction& a = code_[i];
-        if (a.op != Op::ldRegN || static_cast<z80::Reg>(a.x) != z80::Reg::a || a.n != 0 ||
-            flagsUsedAfter(i)) {
+        if (static_cast<z80::Reg>(a.x) != z80::Reg::a || a.n != 0 || flagsUsedAfter(i)) {
             return false;
         }
         a.op = Op::alu;
@@ -227,7 +239,7 @@ class Peephole {
     void deadWrites() {
         Mask live = z80::everything;
         for (std::size_t i = code_.size(); i-- > 0;) {
-            if (removed_[i]) {
+            if (removed_[i] != 0) {
                 continue;
             }
             const Instruction& instruction = code_[i];
@@ -250,7 +262,7 @@ class Peephole {
     }
 
     std::vector<Instruction>& code_;
-    std::vector<bool> removed_;
+    std::vector<std::uint8_t> removed_; // 1: it is
     bool changed_ = false;
 };
 

@@ -1,5 +1,8 @@
 #include "scanner.h"
 
+#include <cstring>
+#include <utility>
+
 namespace tp3 {
 namespace {
 
@@ -49,48 +52,41 @@ void Scanner::fail(Error error, Position position, std::string_view detail) {
 }
 
 Position Scanner::here() const {
-    if (sources_.empty())
-        return last_;
-    const Source& source = sources_.back();
-    const std::uint32_t column =
-        source.before + static_cast<std::uint32_t>(source.next) - source.lineStart + 1;
+    if (source_.reader == nullptr)
+        return {};
+    const std::ptrdiff_t column = source_.next - source_.buffer.get() - source_.lineStart + 1;
     Position position;
-    position.line = static_cast<std::uint16_t>(source.line < 65535 ? source.line : 65535);
-    position.file = source.file;
+    position.line = source_.line;
+    position.file = source_.file;
     position.column = static_cast<std::uint8_t>(column < 255 ? column : 255);
     return position;
 }
 
 // Makes at least `wanted` characters available in the buffer if the file has them.
 bool Scanner::fill(std::size_t wanted) {
-    Source& source = sources_.back();
-    while (source.end - source.next < wanted) {
-        if (source.ended)
+    char* const buffer = source_.buffer.get();
+    while (static_cast<std::size_t>(source_.end - source_.next) < wanted) {
+        if (source_.ended)
             return false;
-        if (source.next > 0) {
-            for (std::size_t i = source.next; i < source.end; ++i)
-                source.buffer[i - source.next] = source.buffer[i];
-            source.before += static_cast<std::uint32_t>(source.next);
-            source.end -= source.next;
-            source.next = 0;
-        }
-        const std::size_t count =
-            source.reader->read(source.buffer.get() + source.end, bufferSize - source.end);
-        if (count == 0 || count > bufferSize - source.end)
-            source.ended = true;
+        const std::ptrdiff_t passed = source_.next - buffer;
+        const auto kept = static_cast<std::size_t>(source_.end - source_.next);
+        std::memmove(buffer, source_.next, kept);
+        source_.lineStart -= passed;
+        const std::size_t count = source_.reader->read(buffer + kept, bufferSize - kept);
+        source_.next = buffer;
+        source_.end = buffer + kept;
+        if (count == 0 || count > bufferSize - kept)
+            source_.ended = true;
         else
-            source.end += count;
+            source_.end += count;
     }
     return true;
 }
 
-int Scanner::peek(std::size_t ahead) {
-    if (sources_.empty())
+int Scanner::peekBehind(std::size_t ahead) {
+    if (static_cast<std::size_t>(source_.end - source_.next) <= ahead && !fill(ahead + 1))
         return endOfFile;
-    Source& source = sources_.back();
-    if (source.end - source.next <= ahead && !fill(ahead + 1))
-        return endOfFile;
-    const int character = static_cast<unsigned char>(source.buffer[source.next + ahead]);
+    const int character = static_cast<unsigned char>(source_.next[ahead]);
     return character == controlZ ? endOfFile : character;
 }
 
@@ -98,7 +94,7 @@ int Scanner::take() {
     const int character = peek();
     if (character == endOfFile)
         return endOfFile;
-    ++sources_.back().next;
+    skip();
     if (character == '\n' || character == '\r')
         lineEnd(character);
     return character;
@@ -107,10 +103,10 @@ int Scanner::take() {
 // LF, CR LF and CR all end a line.
 void Scanner::lineEnd(int character) {
     if (character == '\r' && peek() == '\n')
-        ++sources_.back().next;
-    Source& source = sources_.back();
-    ++source.line;
-    source.lineStart = source.before + static_cast<std::uint32_t>(source.next);
+        skip();
+    if (source_.line < UINT16_MAX)
+        ++source_.line;
+    source_.lineStart = source_.next - source_.buffer.get();
     ++lines_;
     constexpr std::uint32_t linesBetweenReports = 128;
     if (lines_ % linesBetweenReports == 0)
@@ -124,7 +120,7 @@ bool Scanner::open(std::string_view mainFile) {
 bool Scanner::push(std::string_view name, Position position, std::string_view shown) {
     std::unique_ptr<SourceReader> reader = host_.openSource(name);
     if (reader == nullptr) {
-        if (sources_.empty())
+        if (source_.reader == nullptr)
             errors_.files.emplace_back(name);
         fail(Error::fileNotFound, position, shown);
         return false;
@@ -138,23 +134,25 @@ bool Scanner::push(std::string_view name, Position position, std::string_view sh
     }
     if (file == errors_.files.size())
         errors_.files.emplace_back(name);
-    Source source;
-    source.reader = std::move(reader);
-    source.buffer.reset(new char[bufferSize]);
-    source.file = static_cast<std::uint8_t>(file);
-    sources_.push_back(std::move(source));
+    if (source_.reader != nullptr)
+        outer_.push_back(std::move(source_));
+    source_ = {};
+    source_.reader = std::move(reader);
+    source_.buffer.reset(new char[bufferSize]);
+    source_.next = source_.end = source_.buffer.get();
+    source_.file = static_cast<std::uint8_t>(file);
+    source_.ended = false;
     return true;
 }
 
 // At the end of an included file: goes on after its directive. False at the end of the main file, which stays
 // so that errors there still have a place.
 bool Scanner::popInclude() {
-    if (sources_.size() > 1) {
-        sources_.pop_back();
-        return true;
-    }
-    last_ = here();
-    return false;
+    if (outer_.empty())
+        return false;
+    source_ = std::move(outer_.back());
+    outer_.pop_back();
+    return true;
 }
 
 // Skips what stands between tokens. False at the end of the source.
@@ -162,6 +160,8 @@ bool Scanner::skipBlanks() {
     while (!errors_.failed()) {
         passBuffered([](char c) { return c == ' ' || c == '\t'; });
         const int character = peek();
+        if (character > ' ' && character != '{' && character != '(')
+            return true;
         if (character == endOfFile) {
             if (!popInclude())
                 return false;
@@ -169,7 +169,7 @@ bool Scanner::skipBlanks() {
             take();
         } else if (character == '{') {
             skipComment(true);
-        } else if (character == '(' && peek(1) == '*') {
+        } else if (peekBehind(1) == '*') {
             skipComment(false);
         } else {
             return true;
@@ -179,7 +179,7 @@ bool Scanner::skipBlanks() {
 }
 
 void Scanner::next(Token& token) {
-    if (sources_.empty() || !skipBlanks()) {
+    if (!skipBlanks()) {
         token.kind = TokenKind::endOfSource;
         token.position = here();
         return;
@@ -213,7 +213,7 @@ void Scanner::identifier(Token& token) {
             hash = NameTable::hashStep(hash, letter);
             return true;
         });
-    } while (sources_.back().next == sources_.back().end && fill(1));
+    } while (source_.next == source_.end && fill(1));
     textLength_ = length;
     const int character = peek();
     if (isLetter(character) || isDigit(character))
@@ -230,8 +230,7 @@ void Scanner::number(Token& token) {
     textLength_ = 0;
     std::int32_t value = 0;
     std::size_t digits = 0;
-    while (isDigit(peek())) {
-        const int digit = take();
+    for (int digit = peek(); isDigit(digit); skip(), digit = peek()) {
         if (value < 100000)
             value = value * 10 + digit - '0';
         if (digits < maximumString)
@@ -239,9 +238,10 @@ void Scanner::number(Token& token) {
         ++digits;
     }
     const int after = peek();
-    const bool point = after == '.' && peek(1) != '.' && peek(1) != ')';
+    const bool point = after == '.' && peekBehind(1) != '.' && peekBehind(1) != ')';
     const bool exponent =
-        upper(after) == 'E' && (isDigit(peek(1)) || ((peek(1) == '+' || peek(1) == '-') && isDigit(peek(2))));
+        upper(after) == 'E' && (isDigit(peekBehind(1)) ||
+                                ((peekBehind(1) == '+' || peekBehind(1) == '-') && isDigit(peekBehind(2))));
     if (point || exponent)
         return realNumber(token, digits);
     if (value > 32768)
@@ -259,15 +259,15 @@ void Scanner::realNumber(Token& token, std::size_t digits) {
         ++textLength_;
     };
     if (peek() == '.') {
-        if (!isDigit(peek(1)))
+        if (!isDigit(peekBehind(1)))
             return fail(Error::realConstant, token.position);
         keep(take());
         while (isDigit(peek()))
             keep(take());
     }
     if (upper(peek()) == 'E') {
-        const std::size_t digitAt = peek(1) == '+' || peek(1) == '-' ? 2 : 1;
-        if (isDigit(peek(digitAt))) {
+        const std::size_t digitAt = peekBehind(1) == '+' || peekBehind(1) == '-' ? 2 : 1;
+        if (isDigit(peekBehind(digitAt))) {
             keep(upper(take()));
             if (digitAt == 2)
                 keep(take());
@@ -402,13 +402,15 @@ void Scanner::controlCharacter(Token& token) {
 void Scanner::symbol(Token& token) {
     const auto two = [&](int second, TokenKind both, TokenKind single) {
         if (peek() == second) {
-            take();
+            skip();
             token.kind = both;
         } else {
             token.kind = single;
         }
     };
-    switch (take()) {
+    const int character = peek();
+    skip();
+    switch (character) {
     case '+':
         token.kind = TokenKind::plus;
         break;

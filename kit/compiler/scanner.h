@@ -63,17 +63,17 @@ class Scanner {
     static constexpr std::size_t maximumString = 255;
 
   private:
-    /// One file of the stack. The scanner works on the topmost.
+    /// A source file that is being read.
     struct Source {
         std::unique_ptr<SourceReader> reader;
         std::unique_ptr<char[]> buffer;
-        std::size_t next = 0;        ///< index of the next character
-        std::size_t end = 0;         ///< number of characters in the buffer
-        std::uint32_t before = 0;    ///< characters that lie before the buffer
-        std::uint32_t lineStart = 0; ///< place of the line's first character in the file
-        std::uint32_t line = 1;
+        const char* next = nullptr; ///< the next character, in the buffer
+        const char* end = nullptr;  ///< behind the last character in the buffer
+        std::ptrdiff_t lineStart =
+            0; ///< where the line began, counted from the start of the buffer: often before it
+        std::uint16_t line = 1; ///< stays at the highest number
         std::uint8_t file = 0;
-        bool ended = false;
+        bool ended = true; ///< the reader has no more
     };
     static constexpr std::size_t bufferSize = 2048; // nine files may be open at once
     static constexpr int endOfFile = -1;
@@ -81,15 +81,23 @@ class Scanner {
 
     /// Steps over what lies in the buffer and is accepted: the short way through long runs of characters.
     template <typename Accepts> void passBuffered(Accepts accepts) {
-        Source& source = sources_.back();
-        const char* const buffer = source.buffer.get();
-        std::size_t next = source.next;
-        while (next < source.end && accepts(buffer[next]))
+        const char* next = source_.next;
+        const char* const end = source_.end;
+        while (next != end && accepts(*next))
             ++next;
-        source.next = next;
+        source_.next = next;
     }
 
-    int peek(std::size_t ahead = 0);
+    /// The next character, which stays.
+    int peek() {
+        if (source_.next == source_.end && !fill(1))
+            return endOfFile;
+        const int character = static_cast<unsigned char>(*source_.next);
+        return character == controlZ ? endOfFile : character;
+    }
+    /// Takes the character that peek() gave, which is neither a line's end nor the file's.
+    void skip() { ++source_.next; }
+    int peekBehind(std::size_t ahead);
     int take();
     bool fill(std::size_t wanted);
     void lineEnd(int character);
@@ -123,12 +131,12 @@ class Scanner {
     NameTable& names_;
     ErrorState& errors_;
     int pass_;
-    std::vector<Source> sources_;
+    Source source_;             ///< the innermost include file, or the main file
+    std::vector<Source> outer_; ///< the files that wait for its end, the main file first
     Directives directives_;
     std::array<char, maximumString + 1> text_{};
     std::size_t textLength_ = 0;
     std::uint32_t lines_ = 0;
-    Position last_; ///< where the main file ended
 };
 
 } // namespace tp3

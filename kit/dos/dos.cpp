@@ -10,6 +10,7 @@ namespace dos {
 namespace {
 
 constexpr std::uint32_t standardOutput = 1;
+constexpr std::uint32_t standardError = 2;
 /// The longest path that DOS takes, with its end mark.
 constexpr std::size_t longestPath = 80;
 
@@ -47,6 +48,10 @@ Error writeTo(std::uint32_t handle, std::string_view bytes) {
 
 bool print(std::string_view text) {
     return writeTo(standardOutput, text) == Error::none;
+}
+
+bool printToConsole(std::string_view text) {
+    return writeTo(standardError, text) == Error::none;
 }
 
 File::File(File&& other) noexcept : handle_(std::exchange(other.handle_, -1)), error_(other.error_) {}

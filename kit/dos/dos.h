@@ -43,6 +43,9 @@ std::string_view commandLine();
 /// written. Line ends are the caller's: CR LF.
 bool print(std::string_view text);
 
+/// Writes to the standard error output: the console, even when the standard output goes to a file.
+bool printToConsole(std::string_view text);
+
 /// What DOS answers to a call that fails (its own numbers), and two answers of ours.
 enum class Error : std::uint16_t {
     none = 0,

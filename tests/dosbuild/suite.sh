@@ -1,6 +1,7 @@
 #!/bin/bash
 # The compiler in DOS and the native one must make the same bytes: TP3.EXE compiles every program of tests/pascal in one
-# run of DOSBox, as the product does it, and the chain images are compared with those of out/bin/tp3 --chn.
+# run of DOSBox, as the product does it, and the chain images are compared with those of out/bin/tp3 --chn. And what it
+# tells on the console meanwhile, which must not get into the file of its standard output.
 #   tests/dosbuild/suite.sh [folder with TP3.EXE]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
 set -u
@@ -19,12 +20,19 @@ if [[ ! -f $programs/TP3.EXE || ! -x $tp3 ]]; then
 fi
 mkdir "$work/native"
 cp "$programs/TP3.EXE" "$root"/tests/pascal/*.PAS "$work" || exit 1
+nasm -f bin -o "$work/CONSOLE.COM" "$root/tests/dosbuild/console.asm" || exit 1
+{
+  echo 'begin'
+  for ((line = 2; line < 400; ++line)); do echo "  WriteLn($line);"; done
+  echo 'end.'
+} > "$work/LONG.PAS"
 {
   printf '@echo off\r\n'
   for source in "$work"/*.PAS; do
     name=$(basename "$source" .PAS)
     printf 'TP3 %s /H /S2E9B /ED200 /R%s.ERR > %s.TXT\r\n' "$name" "$name" "$name"
   done
+  printf 'CONSOLE LONG /H /S2E9B /ED200 /RLONG.ERR > LONG.TXT\r\n'
 } > "$work/GO.BAT"
 SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 900 dosbox \
   -conf "$root/share/program/compiler/temp.conf" "$work/GO.BAT" -noconsole -exit > /dev/null 2>&1
@@ -42,5 +50,18 @@ for source in "$work"/*.PAS; do
     failed=$((failed + 1))
   fi
 done
+
+same() { # NAME EXPECTED FOUND
+  if [[ $2 == "$3" ]]; then
+    passed=$((passed + 1))
+  else
+    printf 'FAIL %s: expected\n%s\nfound\n%s\n' "$1" "$2" "$3"
+    failed=$((failed + 1))
+  fi
+}
+console=$(tr '\r' '\n' < "$work/CONSOLE.TXT" | sed 's/ *$//' | grep -v '^$')
+same "the console tells how far the compiler is" "$(printf '%s\n' 'Checking line '{128,256,384} 'Compiling line '{128,256,384})" "$console"
+same "and ends on an empty line" "$(printf '\r%18s\r' '' | od -c)" "$(tail -c 20 "$work/CONSOLE.TXT" | od -c)"
+same "which is not in the report of the sizes" "Code: Free: Data:" "$(cut -d' ' -f1 "$work/LONG.TXT" | tr -d '\r' | paste -sd' ')"
 echo "$passed passed, $failed failed"
 ((passed > 0 && failed == 0))
