@@ -96,8 +96,9 @@ int main(int count, char** arguments) {
                 plain.push_back(microseconds(plainRule, index, word, repetitions / 20, expected));
                 ours.push_back(microseconds(lookup, index, word, repetitions, expected));
             }
-            std::printf("looking \"%s\" up, medians of %d rounds: plain rule %.0f us, Tavrel %.1f us, ratio "
-                        "%.3f\n",
+            std::printf("| from \"%s(\" to its signature, medians of %d rounds | the rule carried out "
+                        "plainly %.0f us | "
+                        "%.1f us | %.3f |\n",
                         word.c_str(), rounds, median(plain), median(ours), medianRatio(ours, plain));
             worst = std::max(worst, median(ours));
         }

@@ -117,13 +117,13 @@ int main(int count, char** arguments) {
             floors.push_back(floor);
             programs.push_back(program);
         }
-        std::printf("start to painted window, medians of %d rounds: bare window %.0f ms, Tavrel %.0f ms, "
-                    "ratio %.2f\n",
-                    rounds, median(floors), median(programs), medianRatio(programs, floors));
+        std::printf(
+            "| start to painted window, medians of %d rounds | bare window %.0f ms | %.0f ms | %.2f |\n",
+            rounds, median(floors), median(programs), medianRatio(programs, floors));
         // A machine that does other work as well slows single starts down, never up.
         const double floor = *std::min_element(floors.begin(), floors.end());
         const double program = *std::min_element(programs.begin(), programs.end());
-        std::printf("fastest of them: bare window %.0f ms, Tavrel %.0f ms, ratio %.2f\n", floor, program,
+        std::printf("| the fastest of them | bare window %.0f ms | %.0f ms | %.2f |\n", floor, program,
                     program / floor);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "bench_start: %s\n", error.what());

@@ -106,9 +106,11 @@ bool measure(const std::filesystem::path& folder, const char* method, Dither dit
         theirs.byPixel += their.byPixel / count;
         theirs.fromAfar += their.fromAfar / count;
     }
-    std::printf("           %-10s %7.3f / %7.3f %7.3f / %7.3f   ratio %.3f, %.3f; %.0f ms a picture\n",
-                "mean", ours.byPixel, theirs.byPixel, ours.fromAfar, theirs.fromAfar,
-                ours.byPixel / theirs.byPixel, ours.fromAfar / theirs.fromAfar, milliseconds);
+    std::printf("           %.0f ms a picture\n", milliseconds);
+    std::printf("| mean CIEDE2000 of pictures in screen 5, %s, by pixel | ImageMagick %.3f | %.3f | %.3f |\n",
+                method, theirs.byPixel, ours.byPixel, ours.byPixel / theirs.byPixel);
+    std::printf("| the same from afar | ImageMagick %.3f | %.3f | %.3f |\n", theirs.fromAfar, ours.fromAfar,
+                ours.fromAfar / theirs.fromAfar);
     return dither == Dither::none ? ours.byPixel <= theirs.byPixel : ours.fromAfar <= theirs.fromAfar;
 }
 
