@@ -38,6 +38,9 @@ BdosAnswer Bdos::call(const BdosCall& call) {
     if (const auto answer = callConsole(call)) {
         return *answer;
     }
+    if (const auto answer = callFaultyDisk(call)) {
+        return *answer;
+    }
     if (const auto answer = callDirectory(call)) {
         return *answer;
     }

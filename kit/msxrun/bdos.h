@@ -32,6 +32,13 @@ struct BdosAnswer {
     bool endsProgram = false; ///< function 0, or ^C at a call that heeds it
 };
 
+/// What is wrong with the disk. The real system asks its user then (Abort, Retry, Ignore); here the call fails at once,
+/// which is what a program sees that is to go on.
+struct DiskFaults {
+    bool readOnly = false;                     ///< it is write-protected
+    std::optional<std::uint64_t> removedAfter; ///< file calls after which it is taken out of the drive
+};
+
 /// MSX-DOS 1 behind the entry at 0005h. Drive A: is the disk given; there is no other.
 class Bdos {
   public:
@@ -39,6 +46,9 @@ class Bdos {
     using Notice = std::function<void(const std::string&)>;
 
     Bdos(Memory& memory, Console& console, Disk& disk, Notice notice);
+
+    /// Lets file calls fail from now on as the faults say.
+    void setFaults(const DiskFaults& faults) { faults_ = faults; }
 
     /// Serves one call.
     BdosAnswer call(const BdosCall& call);
@@ -59,6 +69,7 @@ class Bdos {
     };
 
     std::optional<BdosAnswer> callConsole(const BdosCall& call);
+    std::optional<BdosAnswer> callFaultyDisk(const BdosCall& call);
     std::optional<BdosAnswer> callDirectory(const BdosCall& call);
     std::optional<BdosAnswer> callTransfer(const BdosCall& call);
     BdosAnswer callSystem(const BdosCall& call);
@@ -105,6 +116,8 @@ class Bdos {
     Console& console_;
     Disk& disk_;
     Notice notice_;
+    DiskFaults faults_;
+    std::uint64_t fileCalls_ = 0;
     std::uint16_t dma_ = 0x80;
     std::vector<DirectoryEntry> found_; ///< what the last search has still to give, the next one last
     std::chrono::seconds clockOffset_{0};

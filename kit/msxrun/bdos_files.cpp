@@ -2,6 +2,7 @@
 #include "msxrun/bdos.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace msxrun {
 
@@ -40,6 +41,27 @@ Name83 filledIn(Name83 pattern, const Name83& from) {
 }
 
 } // namespace
+
+/// The failure of a file call that the disk cannot serve, or nothing for every other call.
+std::optional<BdosAnswer> Bdos::callFaultyDisk(const BdosCall& call) {
+    constexpr std::string_view directoryCalls = "\x0F\x10\x11\x12\x13\x16\x17\x23";
+    constexpr std::string_view transferCalls = "\x14\x15\x21\x22\x26\x27\x28";
+    constexpr std::string_view writingCalls = "\x13\x15\x16\x17\x22\x26\x28";
+    const auto isOneOf = [&](std::string_view calls) {
+        return calls.find(static_cast<char>(call.function)) != std::string_view::npos;
+    };
+    const bool transfers = isOneOf(transferCalls);
+    const Fcb fcb(memory_, call.de);
+    if ((!transfers && !isOneOf(directoryCalls)) || deviceNamed(fcb.name()) != Device::none) {
+        return std::nullopt;
+    }
+    const bool removed = faults_.removedAfter && fileCalls_ >= *faults_.removedAfter;
+    ++fileCalls_;
+    if (!removed && !(faults_.readOnly && isOneOf(writingCalls))) {
+        return std::nullopt;
+    }
+    return transfers ? BdosAnswer{.a = transferFailure, .hl = std::uint16_t{0}} : inA(directoryFailure);
+}
 
 std::optional<BdosAnswer> Bdos::callDirectory(const BdosCall& call) {
     const Fcb fcb(memory_, call.de);

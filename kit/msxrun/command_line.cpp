@@ -13,6 +13,8 @@ const std::string_view helpText =
     "\n"
     "  --disk DIR      the folder that is drive A: (default: the current one)\n"
     "  --free BYTES    by how much its files may grow before the disk is full (default: 730112)\n"
+    "  --read-only     the disk is write-protected\n"
+    "  --remove-after N  the disk is taken out after N file calls\n"
     "  --limit T       stop after T T-states; k, M and G multiply\n"
     "  --tstates       print the number of T-states on standard error\n"
     "  --msx-waits     count one T-state more for each opcode fetch, as an MSX does\n"
@@ -79,6 +81,10 @@ CommandLine parseCommandLine(std::span<const std::string> arguments) {
         }
         if (option == "--tstates") {
             line.showTStates = true;
+        } else if (option == "--read-only") {
+            line.settings.faults.readOnly = true;
+        } else if (option == "--remove-after") {
+            line.settings.faults.removedAfter = count(option, valueOf(option));
         } else if (option == "--msx-waits") {
             line.settings.msxWaits = true;
         } else if (option == "--disk") {

@@ -31,13 +31,19 @@ constexpr std::uint8_t opcodeEnableInterrupts = 0xFB;
 /// BOOT, WBOOT, CONST, CONIN, CONOUT, LIST, PUNCH, READER; the disk entries after them are dummies.
 constexpr unsigned biosEntries = 17;
 
+/// Where the BIOS tells character set, frame rate (bit 7: 50 Hz), keyboard and kind of machine.
+constexpr std::uint16_t identityAddress = 0x002B;
+constexpr std::uint16_t identityBytes = 3;
+
+constexpr std::uint16_t readSlotAddress = 0x000C;
+
 /// The slot calls that the system keeps in page zero.
 struct SlotEntry {
     std::uint16_t address;
     const char* name;
 };
 constexpr SlotEntry slotEntries[] = {
-    {0x000C, "RDSLT"}, {0x0014, "WRSLT"}, {0x001C, "CALSLT"}, {0x0024, "ENASLT"}, {0x0030, "CALLF"}};
+    {readSlotAddress, "RDSLT"}, {0x0014, "WRSLT"}, {0x001C, "CALSLT"}, {0x0024, "ENASLT"}, {0x0030, "CALLF"}};
 
 std::string hex(unsigned value) {
     char text[8];
@@ -82,6 +88,7 @@ Machine::Machine(Console& console, Disk& disk, const Settings& settings, Bdos::N
     if (processor_ == nullptr) {
         throw std::bad_alloc();
     }
+    bdos_.setFaults(settings.faults);
     buildSystem();
 }
 
@@ -217,11 +224,27 @@ void Machine::serveTrap() {
     }
     for (const SlotEntry& slot : slotEntries) {
         if (address == slot.address) {
+            if (slot.address == readSlotAddress && readsIdentity()) {
+                return;
+            }
             const bool callsRoutine = slot.address == 0x001C;
             tellOnce(std::string(slot.name) + " is not available" +
                      (callsRoutine ? ": routine " + hex(z80ex_get_reg(processor_.get(), regIX)) : ""));
         }
     }
+}
+
+/// Serves RDSLT where it asks what machine this is: an international MSX1 with 60 frames a second. Interrupts are off
+/// afterwards. False for every other address.
+bool Machine::readsIdentity() {
+    const unsigned address = z80ex_get_reg(processor_.get(), regHL);
+    if (address < identityAddress || address >= identityAddress + identityBytes) {
+        return false;
+    }
+    apply({.a = std::uint8_t{0}});
+    z80ex_set_reg(processor_.get(), regIFF1, 0);
+    z80ex_set_reg(processor_.get(), regIFF2, 0);
+    return true;
 }
 
 void Machine::serveBdos() {

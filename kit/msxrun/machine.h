@@ -23,6 +23,7 @@ namespace msxrun {
 struct Settings {
     std::uint16_t tpaTop = 0xD606; ///< what 0006h holds: the first address that is the system's
     bool msxWaits = false;         ///< one T-state more for each opcode fetch, as the MSX makes it
+    DiskFaults faults{};           ///< what is wrong with the disk
 };
 
 /// Bounds of Settings::tpaTop: room for a stack below, for the entries above.
@@ -71,6 +72,7 @@ class Machine {
     void step(std::uint64_t end);
     bool endFrame();
     void serveTrap();
+    bool readsIdentity();
     void serveBdos();
     void serveBios(unsigned entry);
     void apply(const BdosAnswer& answer);

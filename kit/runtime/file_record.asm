@@ -71,6 +71,11 @@ advanceFile:
 
 @fileWrite:
         call    beginRecord
+        ld      a,(ix + fileNumber)
+        and     (ix + fileNumber + 1)
+        inc     a
+        ld      a,ioTooLarge
+        jp      z,failFile              ; the number of records has 16 bits
         ld      (ix + fileState),stateChanged
         call    recordPlace
         call    writeBytes
@@ -96,7 +101,18 @@ recordPlace:
         push    bc
         ld      e,(ix + fileNumber)
         ld      d,(ix + fileNumber + 1)
-        ; DE:HL = BC * DE + header
+        call    multiplyWords
+        ld      bc,typedHeader
+        add     hl,bc
+        jr      nc,$ + 3
+        inc     de
+        call    setRandom
+        pop     hl
+        pop     de
+        ret
+
+; multiplyWords: BC * DE -> DE:HL, unsigned. Destroys AF. 730 to 1080 T.
+multiplyWords:
         ld      hl,0
         ld      a,16
 _next:
@@ -110,13 +126,6 @@ _next:
 _bit:
         dec     a
         jr      nz,_next
-        ld      bc,typedHeader
-        add     hl,bc
-        jr      nc,$ + 3
-        inc     de
-        call    setRandom
-        pop     hl
-        pop     de
         ret
 
 ; fileBlockRead, fileBlockWrite: In: HL = file, DE = address, BC = blocks. Out: HL = blocks done. Destroy all.

@@ -68,6 +68,7 @@ delete          equ 7Fh
         include memory.asm
         include screen.asm
         include system.asm
+        include delay.asm
         include variables.asm
 
 libraryEnd:

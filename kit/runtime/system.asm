@@ -1,4 +1,4 @@
-; The machine and MSX-DOS: keyboard state, time, system calls, the command line.
+; The machine and MSX-DOS: keyboard state, system calls, the command line.
 
 ; keyPressed: Out: A = 1 when a key waits, otherwise 0. Destroys all.
 @keyPressed:
@@ -6,26 +6,6 @@
         call    callDriver
         and     1
         ret
-
-; delay: In: HL = milliseconds; a negative number of them does not wait. Destroys AF, BC, HL.
-; A millisecond is 3580 T on an MSX. The loop takes 30 T there (26 on a plain Z80); its count leaves out what
-; the interrupts of the frames take.
-delayCount      equ 116
-@delay:
-        bit     7,h
-        ret     nz
-_next:
-        ld      a,h
-        or      l
-        ret     z
-        ld      bc,delayCount
-_loop:
-        dec     bc
-        ld      a,b
-        or      c
-        jr      nz,_loop
-        dec     hl
-        jr      _next
 
 ; bdos: In: BC = function, DE = parameter. Out: HL = what the BDOS returns in A. Destroys all.
 @bdos:

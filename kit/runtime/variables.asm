@@ -53,12 +53,18 @@ selectedInput:          defs 2  ; text file that the read entries take from; 0: 
 keptKey:                defs 1  ; key that userBreakPoll has found, or 0
 openFiles:              defs 2  ; the first open disk file
 wholeCount:             defs 2  ; digits before the point; the high byte stays 0
+delayPass:              defs 2  ; time of a pass of Delay's loop in 1/65536 ms; 0: not measured
 clearedVariablesEnd:
 
 currentFile:            defs 2
 fileScratch:            defs 4  ; a typed file's header
 blockFailure:           defs 1  ; I/O result of an incomplete block transfer
 askMode:                defs 1
+delayTime:              defs 2  ; milliseconds asked for
+delayTicks:             defs 1  ; frames that have ended since, 3 for more than two
+delayFirst:             defs 2  ; passes before the first of them
+delayPasses:            defs 2  ; passes in the one that has just ended
+delayLeft:              defs 4  ; time left at the end of the last frame: fraction, milliseconds
 @cBreak:                defs 1  ; ^C in a Read breaks
 realStack:              defs 2  ; stack pointer in the entry that works on reals, for an error's address
 realSign:               defs 1  ; bit 7: the result's sign

@@ -65,16 +65,43 @@ ReXY
                              corner" "$(rows "${program%.COM}")"
 fi
 
-# The time between two marks must be right to two hundredths, and half a millisecond for what goes around it.
-if wanted DELAY; then
+# pauses FILE FROM WANTED...: the times between the marks from FROM on, as wanted where they are right to two hundredths, and
+# half a millisecond for what goes around them.
+pauses() {
+  awk -v from="$2" -v list="${*:3}" '{ time[$1] = $2 }
+    END {
+      count = split(list, wanted, " ")
+      for (i = 1; i <= count; ++i) {
+        took = (time[from + i] - time[from + i - 1]) * 1000
+        right = took > wanted[i] * 0.98 && took < wanted[i] * 1.02 + 0.5
+        printf("%s%s", (i > 1 ? " " : ""), (right ? wanted[i] : sprintf("%.2f", took)))
+      }
+    }' "$1"
+}
+
+# delays MACHINE HERTZ: a machine of 3.58 MHz, or one with a faster processor.
+delays() {
+  local program speed="0 {set z80_freq_locked off; set z80_freq $2}"
+  export TAVREL_MACHINE=$1
   program=$(compiled "$here/programs/DELAY.PAS")
-  same "DELAY ends" ended "$(on_the_msx "$program" 5)"
-  same "DELAY waits as long as it says" "1000 100 10 1000" "$(awk '{ time[$1] = $2 }
-    function rounded(from, to, wanted,    took) {
-      took = (time[to] - time[from]) * 1000
-      return took > wanted * 0.98 && took < wanted * 1.02 + 0.5 ? wanted : sprintf("%.2f", took)
-    }
-    END { print rounded(1, 2, 1000), rounded(2, 3, 100), rounded(3, 4, 10), rounded(5, 6, 1000) }' "${program%.COM}.times")"
+  same "DELAY ends ($1, $2 Hz)" ended "$(on_the_msx "$program" 5 "$speed")"
+  same "DELAY waits as long as it says ($1, $2 Hz)" "1000 100 10" "$(pauses "${program%.COM}.times" 1 1000 100 10)"
+  if [[ $1 == C-BIOS_MSX2 ]]; then
+    same "DELAY waits with 50 frames ($2 Hz)" "1000 100 10" "$(pauses "${program%.COM}.times" 5 1000 100 10)"
+  fi
+  program=$(compiled "$here/programs/PACE.PAS")
+  same "PACE ends ($1, $2 Hz)" ended "$(on_the_msx "$program" 5 "$speed")"
+  same "PACE keeps it ($1, $2 Hz)" "200 1000 50" "$(pauses "${program%.COM}.times" 1 200 1000 50)"
+  unset TAVREL_MACHINE
+}
+
+# 50 and 60 frames a second, and processors of 3.58, 7.16 and 28.6 MHz.
+if wanted DELAY; then
+  delays C-BIOS_MSX2 3579545
+  delays C-BIOS_MSX2 7159090
+  delays C-BIOS_MSX2 28636360
+  delays C-BIOS_MSX1 7159090
+  delays C-BIOS_MSX1_JP 3579545
 fi
 
 # The BIOS of C-BIOS looks at the keyboard only when its first count of 255 frames is over.

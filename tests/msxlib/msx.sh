@@ -16,6 +16,6 @@ on_the_msx() {
   export TAVREL_PROGRAM=$1 TAVREL_RESULT=$base TAVREL_SHOT=$base.png TAVREL_LOG=$base.log
   export TAVREL_FOLDER=${1%/*} TAVREL_SECONDS=${2:-} TAVREL_SCRIPT=${3:-} TAVREL_MOUSE=${4:-}
   rm -f "$base.end" "$base.log"
-  timeout 60 openmsx -machine C-BIOS_MSX2 -script "$msx_scripts/msx.tcl" > "$base.openmsx" 2>&1 < /dev/null
+  timeout 60 openmsx -machine "${TAVREL_MACHINE:-C-BIOS_MSX2}" -script "$msx_scripts/msx.tcl" > "$base.openmsx" 2>&1 < /dev/null
   cat "$base.end" "$base.log" 2> /dev/null
 }

@@ -27,6 +27,40 @@ TEST(BdosFiles, OpenFindsAnyCaseAndFillsOnlyWhatItKnows) {
     EXPECT_EQ(bench.a(0x0F, fcb), 0xFF);
 }
 
+TEST(BdosFiles, ProtectedDiskCanOnlyBeRead) {
+    BdosBench bench;
+    bench.folder.put("A.DAT", "text");
+    bench.bdos.setFaults({.readOnly = true, .removedAfter = {}});
+    bench.putFcb(fcb, "A       DAT");
+    bench.call(0x1A, dma);
+    EXPECT_EQ(bench.a(0x0F, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.call(0x27, fcb, 4).hl, 4);
+    EXPECT_EQ(bench.text(dma, 4), "text");
+    EXPECT_EQ(bench.a(0x26, fcb, 1), 1);
+    EXPECT_EQ(bench.a(0x10, fcb), 0);
+    for (const unsigned function : {0x13U, 0x16U, 0x17U}) {
+        EXPECT_EQ(bench.a(function, fcb), 0xFF);
+    }
+    EXPECT_EQ(bench.folder.get("A.DAT"), "text");
+}
+
+TEST(BdosFiles, RemovedDiskFailsAtEveryCall) {
+    BdosBench bench;
+    bench.bdos.setFaults({.readOnly = false, .removedAfter = 2});
+    bench.putFcb(fcb, "A       DAT");
+    bench.call(0x1A, dma);
+    EXPECT_EQ(bench.a(0x16, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.a(0x26, fcb, 3), 0);
+    EXPECT_EQ(bench.a(0x26, fcb, 3), 1);
+    EXPECT_EQ(bench.call(0x27, fcb, 3).hl, 0);
+    EXPECT_EQ(bench.a(0x10, fcb), 0xFF);
+    EXPECT_EQ(bench.a(0x0F, fcb), 0xFF);
+    bench.putFcb(fcb, "CON        "); // what is no disk stays
+    EXPECT_EQ(bench.a(0x0F, fcb), 0);
+}
+
 TEST(BdosFiles, SequentialReadPadsLastRecordThenEnds) {
     BdosBench bench;
     bench.folder.put("A.DAT", std::string(128, 'x') + "yz");

@@ -23,11 +23,20 @@ TEST(CommandLine, OptionsEndAtTheProgram) {
     EXPECT_EQ(line.tail, " one --help");
 }
 
+TEST(CommandLine, NamesTheDisksFaults) {
+    EXPECT_FALSE(parse({"P.COM"}).settings.faults.readOnly);
+    EXPECT_FALSE(parse({"P.COM"}).settings.faults.removedAfter.has_value());
+    const CommandLine line = parse({"--read-only", "--remove-after", "7", "P.COM"});
+    EXPECT_TRUE(line.settings.faults.readOnly);
+    EXPECT_EQ(line.settings.faults.removedAfter, 7U);
+}
+
 TEST(CommandLine, RefusesWhatItCannotFollow) {
     const std::vector<std::vector<std::string>> wrong = {{},
                                                          {"--tstates"},
                                                          {"--nonsense", "P.COM"},
                                                          {"--limit"},
+                                                         {"--remove-after", "soon", "P.COM"},
                                                          {"--limit", "x", "P.COM"},
                                                          {"--limit", "-1", "P.COM"},
                                                          {"--limit", "M", "P.COM"},

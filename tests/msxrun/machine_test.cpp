@@ -71,6 +71,19 @@ TEST(Machine, HaltWaitsForTheFrame) {
     EXPECT_EQ(Bench({0xF3, 0x76}).machine.run(), Ending::hung);
 }
 
+TEST(Machine, TellsWhatMachineItIs) {
+    // LD A,FF; LD HL,002B; CALL RDSLT; LD (9000),A; RET
+    Bench bench({0x3E, 0xFF, 0x21, 0x2B, 0x00, 0xCD, 0x0C, 0x00, 0x32, 0x00, 0x90, 0xC9});
+    EXPECT_EQ(bench.machine.run(), Ending::finished);
+    EXPECT_EQ(bench.machine.memory().byte(0x9000), 0);
+    EXPECT_TRUE(bench.notices.empty());
+    Bench other({0x3E, 0x00, 0x21, 0x2E, 0x00, 0xCD, 0x0C, 0x00, 0xC9});
+    EXPECT_EQ(other.machine.run(), Ending::finished);
+    EXPECT_EQ(other.notices, std::vector<std::string>{"RDSLT is not available"});
+    // After the call interrupts are off: a HALT waits for ever.
+    EXPECT_EQ(Bench({0x21, 0x2B, 0x00, 0xCD, 0x0C, 0x00, 0x76}).machine.run(), Ending::hung);
+}
+
 TEST(Machine, TopOfTheTpaAndStack) {
     Settings settings;
     settings.tpaTop = 0xC123;

@@ -28,9 +28,10 @@ visible() {
 
 # run_program COM SOURCE OUTPUT WORK: the exit code of msxrun, the visible text in OUTPUT.
 run_program() {
-  local arguments code
+  local arguments machine code
   read -ra arguments <<< "$(word arguments "$2")"
-  "$msxrun" --disk "$4" --limit "$limit" "$1" "${arguments[@]}" < "$4/input" > "$4/raw" 2> "$4/messages"
+  read -ra machine <<< "$(word machine "$2")"
+  "$msxrun" --disk "$4" --limit "$limit" "${machine[@]}" "$1" "${arguments[@]}" < "$4/input" > "$4/raw" 2> "$4/messages"
   code=$?
   visible < "$4/raw" > "$3"
   return "$code"

@@ -58,14 +58,14 @@ TEST_F(SystemTest, KeyPressedIsZeroOrOne) {
     EXPECT_EQ(machine.keys, "k");
 }
 
-TEST_F(SystemTest, DelaysByMilliseconds) {
-    // On a plain Z80 a millisecond of the MSX's clock with its wait states is 4 / 30 shorter, and there are
-    // no interrupts, which take 1.2 % of the time.
+TEST_F(SystemTest, DelaysByPassesWhereNoFramesAreCounted) {
+    // On an MSX at 3.58 MHz, whose wait states make a pass 67 T-states of 59 and the interrupts of whose frames take 1.2 %
+    // of the time, these are the milliseconds; here interrupts are off.
     for (const int milliseconds : {0, 1, 10, 1000}) {
         Registers in;
         in.hl = static_cast<std::uint16_t>(milliseconds);
         machine.call(RuntimeEntry::delay, in);
-        const double expected = 3579.5 / 1.012 * 26 / 30 * milliseconds;
+        const double expected = 3579.5 / 1.012 * 59 / 67 * milliseconds;
         EXPECT_NEAR(static_cast<double>(machine.tStates), expected, 100 + expected / 100);
     }
     Registers in;
