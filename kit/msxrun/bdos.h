@@ -32,8 +32,8 @@ struct BdosAnswer {
     bool endsProgram = false; ///< function 0, or ^C at a call that heeds it
 };
 
-/// What is wrong with the disk. The real system asks its user then (Abort, Retry, Ignore); here the call fails at once,
-/// which is what a program sees that is to go on.
+/// What is wrong with the disk. The real system asks its user then (Abort, Retry, Ignore); here the call
+/// fails at once, which is what a program sees that is to go on.
 struct DiskFaults {
     bool readOnly = false;                     ///< it is write-protected
     std::optional<std::uint64_t> removedAfter; ///< file calls after which it is taken out of the drive

@@ -234,8 +234,8 @@ void Machine::serveTrap() {
     }
 }
 
-/// Serves RDSLT where it asks what machine this is: an international MSX1 with 60 frames a second. Interrupts are off
-/// afterwards. False for every other address.
+/// Serves RDSLT where it asks what machine this is: an international MSX1 with 60 frames a second. Interrupts
+/// are off afterwards. False for every other address.
 bool Machine::readsIdentity() {
     const unsigned address = z80ex_get_reg(processor_.get(), regHL);
     if (address < identityAddress || address >= identityAddress + identityBytes) {

@@ -37,7 +37,7 @@ standardFile    macro   number
 standardFiles   equ $ - @inputFile
 
 ; selectOutput: In: HL = text file: the write entries go to it. selectStandardOutput: they go to the console again.
-; Destroy all.
+; Destroy all. 260 T; 36 T.
 @selectOutput:
         call    beginFile
         jp      m,_device
@@ -57,7 +57,9 @@ selectedForOutput:
         ld      (selectedOutput),hl
         ret
 
-; putSelected: In: A = character, HL = (selectedOutput). Destroys all. 130 T unless the buffer is full.
+; putSelected: In: A = character, HL = (selectedOutput). Destroys all. 160 T unless the buffer is full,
+; 637 T then. callDriver: In: HL = driver, E = character: calls it with the character in A, too; Out: A. Destroys all. 8 T
+; and what the driver takes.
 putSelected:
         ld      e,a
         push    hl
@@ -115,7 +117,7 @@ consoleStatus:
         jp      bdosCall
 
 ; selectInput: In: HL = text file: the read entries take from it. selectStandardInput: they take from Input again.
-; Destroy all.
+; Destroy all. 270 T; 36 T.
 @selectInput:
         call    beginFile
         jp      m,_device
@@ -143,7 +145,7 @@ selectedForInput:
         ret
 
 ; inputSource: Out: IX = the file that is read from where it is not the line, A = its kind, sign set for a device.
-; Destroys F.
+; Destroys F. 82 to 91 T.
 inputSource:
         ld      ix,(selectedInput)
         ld      a,(selectedInput + 1)
@@ -155,7 +157,8 @@ _selected:
         or      a
         ret
 
-; peekFile: In: IX, flags as from inputSource. Out: A = its next character, ^Z at the end. Destroys the others.
+; peekFile: In: IX, flags as from inputSource. Out: A = its next character, ^Z at the end. Destroys the others but
+; IX. 145 T, 556 T when the buffer is read.
 peekFile:
         jp      m,peekDevice
         ld      a,(ix + filePlace)
@@ -188,7 +191,8 @@ _there:
         ld      a,(hl)
         ret
 
-; peekDevice: In: IX = device. Out: A = its next character, held until it is taken. Destroys the others.
+; peekDevice: In: IX = device. Out: A = its next character, held until it is taken. Destroys the others but IX.
+; 40 T when one is held, 351 T.
 peekDevice:
         ld      a,(ix + fileHeld)
         or      a
@@ -227,7 +231,8 @@ _read:
         ld      (ix + fileLast),a
         ret
 
-; takeFile: In: IX, flags as from inputSource: steps behind what peekFile gave, unless that is ^Z. Destroys AF, HL, DE.
+; takeFile: In: IX, flags as from inputSource: steps behind what peekFile gave, unless that is ^Z. Destroys AF,
+; BC, DE, HL. 214 T.
 takeFile:
         jp      m,_device
         call    peekFile
@@ -243,7 +248,8 @@ _device:
         ret
 
 ; fileEof, fileEoln, fileSeekEof, fileSeekEoln: In: HL = file. Out: A = 1 or 0; 1 when there is an I/O result. A device is
-; asked for the character read last. Destroy all.
+; asked for the character read last. Destroy all. 400 to 610 T, 1030 T when the buffer is read; the last two 300 T more
+; for each blank.
 @fileEof:
         ld      c,0
         jr      askFile

@@ -30,7 +30,7 @@ _scale:
         endm
         ret
 
-; nextRandom: Out: BC and A = 24 random bits, A the lowest eight. Destroys F, DE, HL. 320 T.
+; nextRandom: Out: BC and A = 24 random bits, A the lowest eight. Destroys F, DE, HL. 313 T.
 nextRandom:
         ld      hl,(randomState)        ; H, L = bytes 1, 0
         ld      de,(randomState + 2)    ; D, E = bytes 3, 2
@@ -83,8 +83,8 @@ nextRandom:
         ld      c,l
         ret
 
-; randomize: a new sequence, from the clock, the frame counter and the refresh register. Destroys all.
-jiffy           equ 0FC9Eh      ; counts the frames
+; randomize: a new sequence, from the clock, the frame counter and the refresh register. Nothing in or out; destroys
+; all. 5990 T.
 @randomize:
         ld      c,2Ch                   ; get time: HL and DE
         call    bdosCall
@@ -92,7 +92,7 @@ jiffy           equ 0FC9Eh      ; counts the frames
         xor     l
         ld      l,a
         ld      (randomState + 2),hl
-        ld      hl,(jiffy)
+        ld      hl,(frameCounter)
         ld      (randomWeyl),hl
         set     0,e                     ; the register must not be 0
         ld      (randomState),de

@@ -1,6 +1,6 @@
 ; Reals and integers, parts and signs of reals, random reals.
 
-; realFromInteger: In: HL = value, DE = target. Destroys all. 300 to 600 T.
+; realFromInteger: In: HL = value, DE = target. Destroys all. 256 to 650 T.
 @realFromInteger:
         push    de
         ld      a,h
@@ -39,7 +39,7 @@ _done:
         jp      packReal
 
 ; realTruncate, realRound: In: HL = source. Out: HL = the integer towards zero, or the nearest one, halves away from zero.
-; Run-time error 92 when it is none. Destroys AF, BC, DE. 200 to 420 T.
+; Run-time error 92 when it is none. Destroys AF, BC, DE. 93 to 660 T.
 @realTruncate:
         ld      b,0
         jr      realToInteger
@@ -109,7 +109,7 @@ _positive:
         ret     z
         jr      _outside
 
-; realNegate, realAbs: In: HL = source, DE = target. Destroy AF, BC, DE, HL. 190 T.
+; realNegate, realAbs: In: HL = source, DE = target. Destroy AF, BC, DE, HL. 164 to 213 T.
 @realNegate:
         ld      a,(hl)
         or      a
@@ -128,13 +128,14 @@ _positive:
         ld      (de),a
         ret
 
-; copyReal: HL to DE, both behind them then. Destroys BC. 146 T.
+; copyReal: In: HL = source, DE = target. Out: both behind them. Destroys BC. 141 T.
 copyReal:
         ld      bc,realSize
         ldir
         ret
 
-; realSqr: In: HL = source, DE = target. Run-time error 01. Destroys all. As realMultiply.
+; realSqr: In: HL = source, DE = target. Run-time error 01. Destroys all. As realMultiply: 4200 T on
+; average.
 @realSqr:
         ld      b,d
         ld      c,e
@@ -142,7 +143,7 @@ copyReal:
         ld      e,l
         jp      @realMultiply
 
-; realInt: In: HL = source, DE = target: the part before the point. Destroys AF, BC, DE, HL. 250 to 450 T.
+; realInt: In: HL = source, DE = target: the part before the point. Destroys AF, BC, DE, HL. 250 to 600 T.
 @realInt:
         push    de
         call    copyReal
@@ -183,7 +184,7 @@ _mask:
         ld      de,realTemporary
         jp      subtractReal
 
-; realRandom: In: HL = target: a number from 0 to below 1, 40 random bits. Destroys all. 950 T.
+; realRandom: In: HL = target: a number from 0 to below 1, 40 random bits. Destroys all. 956 to 1470 T.
 @realRandom:
         push    hl
         call    nextRandom

@@ -1,6 +1,6 @@
 ; Functions of reals: sine, cosine, arc tangent, logarithm, exponential, by polynomials on a short interval around 0
 ; (Chebyshev interpolation, error below 1E-12). Results differ from the exact value by less than 1 in the last of 11
-; digits; those of sine and cosine for arguments up to 100000, beyond by as much as the argument's own last bit makes.
+; digits over their whole range.
 
 ; One operation of real.asm on three addresses.
 realOperation   macro   operation, left, right, target
@@ -10,10 +10,11 @@ realOperation   macro   operation, left, right, target
         call    operation
         endm
 
-; realSin, realCos: In: HL = source, DE = target. Destroy all. 42000 T up to pi / 4, 65000 T beyond.
+; realSin, realCos: In: HL = source, DE = target. Destroy all. 42000 T up to pi / 4, 72000 T beyond, 100000 T from
+; 65536 on.
 ;
 ; x = k * pi / 2 + r with |r| <= pi / 4; k decides on sine or cosine of r and on the sign. pi / 2 has four parts, of which
-; the first three have so few bits that their products with k are exact. From 2^32 on the angle is taken as 0.
+; the first three have so few bits that their products with k are exact. From 65536 on reduceFar does that.
 @realCos:
         ld      (realStack),sp
         push    de
@@ -30,9 +31,10 @@ sineOrCosine:
         ld      (quadrant),a
         ld      hl,realX
         ld      a,(hl)
-        cp      realBias + 33
+        cp      realBias + 17
         jr      c,_near
-        ld      (hl),0                  ; the argument's last bit is worth 2^-7 at least: nothing is known of the angle
+        call    reduceFar
+        jp      _reduced
 _near:
         realOperation multiplyReal, realX, twoOverPi, realA
         realOperation addReal, realA, realHalf, realA
@@ -118,6 +120,117 @@ storeFunction:
         jp      c,@realNegate
         jp      copyReal
 
+; reduceFar: realX -> realX, quadrant: the quarter turns of realX, 65536 or more, go to quadrant, and realX becomes the
+; rest, from -pi / 4 to pi / 4. Destroys all. 58000 T.
+;
+; x * 2 / pi as a fixed-point number. Only those bytes of 2 / pi are taken that count: those before them make whole turns,
+; those behind them less than 2^-100. The mantissa is moved up by less than a byte, so that all others are moved by bytes.
+farRows         equ 20          ; bytes of 2 / pi
+reduceFar:
+        call    clearParse
+        ld      hl,realX + 1
+        ld      de,realB
+        ld      bc,realSize - 1
+        ldir
+        xor     a
+        ld      (de),a
+        dec     de
+        ex      de,hl
+        set     7,(hl)
+        ld      a,(realX)
+        sub     realBias + mantissaBits - 24
+        ld      c,a                     ; the mantissa's lowest bit is worth 2^(C - 24)
+        ld      hl,realB
+        and     7
+        call    nz,shiftSixBytes
+        ld      a,c
+        rrca
+        rrca
+        rrca
+        and     1Fh
+        ld      iy,wholePart            ; where the lowest byte of the first product goes
+        ld      hl,twoOverPiBytes
+        ld      b,farRows
+        sub     4
+        ld      e,a
+        ld      d,0
+        jr      nc,_skip
+        dec     d
+        add     iy,de                   ; it starts behind the point
+        add     a,b
+        ld      b,a
+        jr      _row
+_skip:
+        add     hl,de
+_row:
+        push    bc
+        push    iy
+        ld      c,(hl)
+        inc     hl
+        push    hl
+        ld      ix,realB
+        ld      d,0
+        ld      b,realSize
+_byte:
+        ld      e,(ix + 0)
+        ld      a,c
+        call    multiplyByte
+        ld      a,(iy + 0)
+        add     a,l
+        ld      (iy + 0),a
+        ld      a,(iy + 1)
+        adc     a,h
+        ld      (iy + 1),a
+        jr      nc,_added
+        push    iy
+        pop     hl
+        inc     hl
+_carry:
+        inc     hl
+        inc     (hl)
+        jr      z,_carry
+_added:
+        inc     ix
+        inc     iy
+        djnz    _byte
+        pop     hl
+        pop     iy
+        dec     iy
+        pop     bc
+        djnz    _row
+        ; The whole quarter turns, one more when the rest is a half or more, and negative then.
+        ld      a,(wholePart - 1)
+        rla
+        sbc     a,a
+        ld      (realSign),a
+        ld      c,a
+        ld      a,(quadrant)
+        ld      hl,wholePart
+        add     a,(hl)
+        sub     c
+        ld      (quadrant),a
+        push    bc
+        ld      bc,wholeBytes
+        xor     a
+        ld      (parseRest),a
+        call    @fillBytes
+        pop     bc
+        inc     c
+        jr      nz,_positive
+        ld      hl,fixedPoint
+        ld      b,fractionBytes
+        or      a
+_negate:
+        ld      a,0
+        sbc     a,(hl)
+        ld      (hl),a
+        inc     hl
+        djnz    _negate
+_positive:
+        call    fixedToReal
+        realOperation multiplyReal, realTemporary, piOver2, realX
+        ret
+
 ; realArcTan: In: HL = source, DE = target. Destroys all. 50000 T up to 0.41, 60000 T beyond.
 ;
 ; arctan x = pi / 2 + arctan (-1 / x) above 2.41, pi / 4 + arctan ((x - 1) / (x + 1)) above 0.41.
@@ -154,7 +267,7 @@ _reduced:
         ld      c,l
         call    nz,addReal
         pop     af
-        jr      storeFunction
+        jp      storeFunction
 
 ; realLn: In: HL = source, DE = target. Run-time error 04. Destroys all. 52000 T.
 ;
@@ -270,7 +383,7 @@ _far:
         jp      zeroReal
 
 ; takeArgument: In: HL = source. Out: realX = its absolute value, A = 80h when it was negative, otherwise 0; Z for that.
-; Destroys BC, DE, HL.
+; Destroys BC, DE, HL. 220 T.
 takeArgument:
         ld      de,realX
         call    copyReal
@@ -283,7 +396,8 @@ takeArgument:
         and     80h
         ret
 
-; ratioOfX: realX = (realX - 1) / (realX + 1). squareX: realZ = realX * realX. Destroy all.
+; ratioOfX: realX -> realX = (realX - 1) / (realX + 1). squareX: realX -> realZ = realX * realX. Destroy all. 7900 T at
+; most; 4200 T.
 ratioOfX:
         realOperation addReal, realX, realMinusOne, realA
         realOperation addReal, realX, realOne, realX
@@ -293,7 +407,8 @@ squareX:
         realOperation multiplyReal, realX, realX, realZ
         ret
 
-; oddPolynomial: realA = realX + realX * realZ * the polynomial HL. Destroys all.
+; oddPolynomial: In: HL = table. Out: realA = realX + realX * realZ * its polynomial. Destroys all. 10000 T, and 5600 T
+; for each degree.
 oddPolynomial:
         call    polynomial
         realOperation multiplyReal, realA, realZ, realA
@@ -377,6 +492,9 @@ realHalf:       defb    80h,00h,00h,00h,00h,00h
 realOne:        defb    81h,00h,00h,00h,00h,00h
 realMinusOne:   defb    81h,00h,00h,00h,00h,80h
 twoOverPi:      defb    80h,4Eh,6Eh,83h,0F9h,22h
+twoOverPiBytes:
+        defb    0A2h,0F9h,83h,6Eh,4Eh,44h,15h,29h,0FCh,27h,57h,0D1h,0F5h,34h,0DDh
+        defb    0C0h,0DBh,62h,95h,99h,3Ch,43h,90h,41h,0FEh,51h,63h,0ABh,0DEh
 piOver2:        defb    81h,21h,0A2h,0DAh,0Fh,49h
 piOver4:        defb    80h,21h,0A2h,0DAh,0Fh,49h
 tangent1:       defb    7Fh,0E7h,0CFh,0CCh,13h,54h

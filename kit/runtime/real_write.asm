@@ -2,6 +2,7 @@
 ; behind it, whose digits come by dividing the former and multiplying the latter by ten. Text is rounded half up at its
 ; last digit, and has 11 significant digits at most, zeros behind them.
 
+fractionPadBytes equ 8
 fractionBytes   equ 21          ; so many that the mantissa's lowest bit has the place that the exponent byte names
 wholeBytes      equ 18
 significant     equ 11
@@ -18,8 +19,8 @@ defaultDecimals equ 10          ; of the exponent form at its longest
         pop     de
         jp      @writeCharsWidth
 
-; stringFromRealFixed, stringFromReal: Str. In: HL = value, DE = target, BC = width, A = the target's maximum length, which
-; cuts the text; (realDecimals) = decimals for the former. Destroy all.
+; stringFromRealFixed, stringFromReal: Str. In: HL = value, DE = target, BC = width, A = the target's maximum length,
+; which cuts the text; (realDecimals) = decimals for the former. Destroy all. 16000 T for 3.1415926536 in 18 columns.
 @stringFromRealFixed:
         push    de
         push    af
@@ -40,7 +41,7 @@ stringFromRealText:                     ; HL = value, DE = width, BC = decimals
         jp      stringFromText
 
 ; realToText: In: HL = real, DE = width, BC = decimals or anything outside 0..24 for the exponent form. Out: HL =
-; characters, BC = their count. Destroys all.
+; characters, BC = their count. Destroys all. 4500 T for 0, 15000 T for 3.1415926536, up to 120000 T for large numbers.
 realToText:
         ld      a,b
         or      a
@@ -278,7 +279,7 @@ _tens:
         inc     hl
         jr      textDone
 
-; copyDigit: DE's digit as a character to HL, both behind it then. Destroys AF. 47 T.
+; copyDigit: In: DE = digit, HL = target: stores it as a character. Out: both behind it. Destroys AF. 43 T.
 copyDigit:
         ld      a,(de)
         add     a,'0'
@@ -288,7 +289,7 @@ copyDigit:
         ret
 
 ; layOutReal: In: HL = real. Out: fixedPoint, realSign, realZero = its exponent; fractionLow, wholeTop = the lowest byte
-; and the byte behind the highest that need be looked at. Destroys AF, BC, DE, HL.
+; and the byte behind the highest that need be looked at. Destroys AF, BC, DE, HL. 1000 to 3040 T.
 layOutReal:
         push    hl
         call    clearFixedPoint
@@ -327,7 +328,9 @@ layOutReal:
         ld      a,c
         and     7
         ret     z
-_shift:
+
+; shiftSixBytes: In: HL = lowest of six bytes: shifts them up by A bits, 1 or more. Destroys AF, B. 236 T a bit.
+shiftSixBytes:
         push    hl
         ld      b,realSize
         or      a
@@ -337,15 +340,17 @@ _next:
         djnz    _next
         pop     hl
         dec     a
-        jr      nz,_shift
+        jr      nz,shiftSixBytes
         ret
 
-; clearFixedPoint: fixedPoint = 0. Destroys AF, BC, DE, HL.
+; clearFixedPoint: fixedPoint = 0, and nothing of the fraction need be looked at. clearParse: fixedPoint = 0. Nothing in
+; or out; destroy AF, BC, DE, HL. 1090 T.
 clearFixedPoint:
         ld      hl,wholePart
         ld      (fractionLow),hl
-        ld      hl,fixedPoint
-        ld      bc,fractionBytes + wholeBytes
+clearParse:                             ; fractionPad, too
+        ld      hl,fractionPad
+        ld      bc,fractionPadBytes + fractionBytes + wholeBytes
         xor     a
         jp      @fillBytes
 
@@ -369,7 +374,7 @@ fractionDigit:
         jr      fractionDigit
 
 ; firstFractionDigit: In: HL = where digits go. Stores those behind the point up to the first that is not 0.
-; Out: HL = that one; carry, and HL unchanged, when all are 0. Destroys AF, BC, DE.
+; Out: HL = that one; carry, and HL unchanged, when all are 0. Destroys AF, BC, DE. 32 T for 0, 400 to 72000 T.
 firstFractionDigit:
         ld      a,(realZero)
         or      a
@@ -386,6 +391,7 @@ _next:
         jr      _next
 
 ; wholeDigits: stores the digits before the point behind digitBuffer's first. Out: A = their number. Destroys BC, DE, HL.
+; 730 T for none, 120 T + 310 T a byte for each digit: 113000 T for 38 digits.
 wholeDigits:
         ld      de,digitBufferEnd       ; from there down, first
         ld      b,wholeBytes

@@ -24,7 +24,7 @@ _next:
         djnz    _next
         ret
 
-; setCheckShrink: as setShrink; run-time error 91 when an element would be lost. Destroys AF, BC, DE, HL.
+; setCheckShrink: In: as setShrink; run-time error 91 when an element would be lost. Destroys AF, BC, DE, HL.
 ; 26 T a byte that is checked, 21 T one that is copied, + 150 T.
 @setCheckShrink:
         push    de
@@ -69,7 +69,7 @@ _behind:
         ldir
         ret
 
-; setClear: In: HL = target (32 bytes). Destroys AF, B, HL. 541 T.
+; setClear: In: HL = target (32 bytes). Destroys AF, B, HL. 536 T.
 @setClear:
         xor     a
         ld      b,setBytes / 4
@@ -82,7 +82,7 @@ _next:
         ret
 
 ; setUnion, setIntersection, setDifference: In: HL = left and target, DE = right (32 bytes each). Keep HL; destroy AF, B,
-; DE. 1313 T; the difference 1441 T.
+; DE. 1297 T; the difference 1425 T.
 @setUnion:
         push    hl
         ld      b,setBytes / 2
@@ -159,7 +159,8 @@ _next:
         ret
 
 ; setContains: In: HL = stored bytes, DE = element, any word, B = number of the first byte, C = count of the bytes.
-; Out: A = 1 when it is in the set, otherwise 0. Destroys F, BC, DE, HL. 183 T when the element is within the bytes.
+; Out: A = 1 when it is in the set, otherwise 0. Destroys F, BC, DE, HL. 210 to 263 T when the element is within
+; the bytes.
 @setContains:
         ld      a,d
         or      a
@@ -187,7 +188,7 @@ setAnswerNo:
         xor     a
         ret
 
-; setInclude: In: HL = set (32 bytes), A = element. Keeps HL; destroys AF, C. 160 T.
+; setInclude: In: HL = set (32 bytes), A = element. Keeps HL; destroys AF, C. 257 to 290 T.
 @setInclude:
         push    hl
         ld      c,a
@@ -200,7 +201,7 @@ setAnswerNo:
         ret
 
 ; setIncludeRange: In: HL = set (32 bytes), D = low, E = high: nothing when low > high. Keeps HL; destroys AF, BC, DE.
-; 380 T + 43 T a byte behind the first.
+; 480 T + 43 T a byte behind the first.
 @setIncludeRange:
         ld      a,e
         cp      d
@@ -241,7 +242,7 @@ _last:
         pop     hl
         ret
 
-; setByteAddress: In: HL = set, A = element. Out: HL = its byte, A = the byte's number. Destroys F. 62 T.
+; setByteAddress: In: HL = set, A = element. Out: HL = its byte, A = the byte's number. Destroys F. 70 T.
 setByteAddress:
         rrca
         rrca
@@ -256,7 +257,7 @@ setByteAddress:
         ret
 
 ; bitMask: In: A = number, the lowest three bits count. Out: A with only that bit set. Destroys F. Keeps the others.
-; 65 to 75 T.
+; 100 to 133 T.
 bitMask:
         rrca                            ; bit 0 into carry
         push    af

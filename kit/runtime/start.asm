@@ -41,8 +41,8 @@ noProgram:
         call    bdosCall
         jp      0
 
-; checkMemory: In: IX = header of a chain image. Out: HL = stackTop = its top of the stack; ends the program with a message
-; when the memory is too small for it. Destroys AF, DE.
+; checkMemory: In: IX = header of a chain image. Out: HL = stackTop = its top of the stack; ends the program with a
+; message when the memory is too small for it. Destroys AF, DE. 252 T.
 checkMemory:
         ld      hl,(topOfTpa)
         ld      e,(ix + imageEnd)
@@ -95,6 +95,7 @@ availableText:
         defb    initialiseVariables - $ - 1,' available',13,10
 
 ; initialiseVariables: the library's variables from the image's header. In: IX = header. Destroys AF, BC, DE, HL.
+; 4000 T.
 initialiseVariables:
         ld      hl,clearedVariables
         ld      bc,clearedVariablesEnd - clearedVariables

@@ -196,7 +196,7 @@ _found:                                 ; HL is one behind the first character
         ret
 
 ; clipRange: In: HL = string, BC = position 1..255, DE = count, signed. Out: A = characters of that range that exist, Z
-; when none; B = 0. Destroys DE. Keeps HL, C.
+; when none; B = 0. Destroys DE. Keeps HL, C. 37 to 82 T.
 clipRange:
         ld      a,(hl)
         sub     c

@@ -1,25 +1,25 @@
 ; The machine and MSX-DOS: keyboard state, system calls, the command line.
 
-; keyPressed: Out: A = 1 when a key waits, otherwise 0. Destroys all.
+; keyPressed: Out: A = 1 when a key waits, otherwise 0. Destroys all. 160 T.
 @keyPressed:
         ld      hl,(@conStPtr)
         call    callDriver
         and     1
         ret
 
-; bdos: In: BC = function, DE = parameter. Out: HL = what the BDOS returns in A. Destroys all.
+; bdos: In: BC = function, DE = parameter. Out: HL = what the BDOS returns in A. Destroys all. 69 T.
 @bdos:
         call    bdosCall
         ld      l,a
         ld      h,0
         ret
 
-; bdosHL: In: as bdos. Out: HL as the BDOS returns it. Destroys all.
+; bdosHL: In: as bdos. Out: HL as the BDOS returns it. Destroys all. 10 T.
 @bdosHL:
         jp      bdosCall
 
 ; bios: In: DE = function, 0 for WBOOT, BC = parameter. Out: HL = what it returns in A. biosHL: HL as it returns it.
-; By the jump table to which address 0001h points. Destroy all.
+; By the jump table to which address 0001h points. Destroy all. 100 T; 53 T.
 @bios:
         call    @biosHL
         ld      l,a
@@ -33,7 +33,8 @@
         jp      (hl)
 
 ; userBreakPoll: looks for ^C, which is a user break at the caller. Another key is kept for the next that reads one; until
-; then none is looked for. Keeps all registers. 440 T without a key that waits.
+; then none is looked for. Nothing in or out; keeps all registers. 388 T without a key that waits, 80 T
+; with one that is kept.
 @userBreakPoll:
         ld      (entryStack),sp
         push    af
@@ -73,6 +74,7 @@ _kept:
         ret
 
 ; paramCount: Out: HL = number of words in the command line behind the program's name. Destroys AF, BC, DE.
+; 125 T + 35 T a character.
 @paramCount:
         xor     a
         ld      (parameterNumber),a
@@ -90,7 +92,7 @@ _done:
         ret
 
 ; paramString: In: HL = number from 1, DE = target, 256 bytes. Out: the word, or an empty string when there is none.
-; Keeps DE; destroys AF, BC, HL.
+; Keeps DE; destroys AF, BC, HL. 150 T + 35 T a character of the command line + 21 T one of the word.
 @paramString:
         xor     a
         ld      (de),a
@@ -124,6 +126,7 @@ _done:
 
 ; firstParameter: begins with the command line. nextParameter: goes on with HL = text, B = characters left.
 ; Out: carry when there is no word; otherwise DE = the word, C = its length, HL and B behind it. Destroy AF.
+; 46 T; 23 T; and 35 T a character.
 firstParameter:
         ld      hl,commandTail
         ld      b,(hl)

@@ -88,7 +88,7 @@ parsePlace:             defs 2  ; digits before the point, the exponent included
 parseDigits:            defs 1
 parsePoint:             defs 1
 parseRest:              defs 1  ; not 0: the digits do not end within fixedPoint
-fractionPad:            defs 8  ; 0
+fractionPad:            defs fractionPadBytes  ; 0
 fixedPoint:             defs fractionBytes
 wholePart:              defs wholeBytes
 numberText:             defs 6  ; an integer's sign and digits

@@ -1,6 +1,7 @@
 // Random numbers: in range, evenly spread, the same for the same start, different after Randomize.
 #include "library_machine.h"
 
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <set>
@@ -74,6 +75,78 @@ TEST(RandomTest, PairsOfNeighboursSpreadEvenly) {
         before = value;
     }
     EXPECT_LT(std::abs(deviation(counts, draws)), 4.0);
+}
+
+/// The generator as it is described: a xorshift register and a sequence that adds a constant.
+struct Generator {
+    std::uint32_t shift = 0x1D876F35U;
+    std::uint16_t weyl = 0xB2C9U;
+
+    static std::uint32_t stepped(std::uint32_t x) {
+        x ^= x << 8U;
+        x ^= x >> 9U;
+        return x ^ x << 23U;
+    }
+    /// The next 24 bits.
+    std::uint32_t next() {
+        shift = stepped(shift);
+        weyl = static_cast<std::uint16_t>(weyl + 0x9E37U);
+        return ((weyl + (shift >> 16U)) & 0xFFFFU) << 8U | (shift >> 8U & 0xFFU);
+    }
+};
+
+TEST(RandomTest, FollowsTheGeneratorWhosePeriodIsKnown) {
+    LibraryMachine machine;
+    Generator generator;
+    for (int round = 0; round < 5000; ++round) {
+        const unsigned limit = 2U + static_cast<unsigned>(round) * 13U;
+        ASSERT_EQ(draw(machine, limit), static_cast<std::uint64_t>(generator.next()) * limit >> 24U) << round;
+    }
+}
+
+/// A linear step of 32 bits: what becomes of each single bit.
+using Step = std::array<std::uint32_t, 32>;
+
+std::uint32_t applied(const Step& step, std::uint32_t bits) {
+    std::uint32_t result = 0;
+    for (std::size_t bit = 0; bit < step.size(); ++bit) {
+        result ^= (bits >> bit & 1U) != 0 ? step.at(bit) : 0;
+    }
+    return result;
+}
+
+Step repeated(Step step, std::uint32_t times) {
+    Step result{};
+    for (std::size_t bit = 0; bit < result.size(); ++bit) {
+        result.at(bit) = 1U << bit;
+    }
+    for (; times != 0; times >>= 1U) {
+        Step squared{};
+        for (std::size_t bit = 0; bit < step.size(); ++bit) {
+            if ((times & 1U) != 0) {
+                result.at(bit) = applied(step, result.at(bit));
+            }
+            squared.at(bit) = applied(step, step.at(bit));
+        }
+        step = squared;
+    }
+    return result;
+}
+
+TEST(RandomTest, HasTheLongestPeriod) {
+    // The register comes back after 2^32 - 1 steps and after none of that number's parts, so it passes
+    // through every value but 0; the sequence beside it, whose constant is odd, through all 2^16. Both
+    // numbers have no common factor.
+    Step step{};
+    Step identity{};
+    for (std::size_t bit = 0; bit < step.size(); ++bit) {
+        identity.at(bit) = 1U << bit;
+        step.at(bit) = Generator::stepped(1U << bit);
+    }
+    EXPECT_EQ(repeated(step, 0xFFFFFFFFU), identity);
+    for (const std::uint32_t factor : {3U, 5U, 17U, 257U, 65537U}) {
+        EXPECT_NE(repeated(step, 0xFFFFFFFFU / factor), identity) << factor;
+    }
 }
 
 TEST(RandomTest, LimitsZeroAndOneGiveZero) {

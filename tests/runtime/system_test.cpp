@@ -59,8 +59,8 @@ TEST_F(SystemTest, KeyPressedIsZeroOrOne) {
 }
 
 TEST_F(SystemTest, DelaysByPassesWhereNoFramesAreCounted) {
-    // On an MSX at 3.58 MHz, whose wait states make a pass 67 T-states of 59 and the interrupts of whose frames take 1.2 %
-    // of the time, these are the milliseconds; here interrupts are off.
+    // On an MSX at 3.58 MHz, whose wait states make a pass 67 T-states of 59 and the interrupts of whose
+    // frames take 1.2 % of the time, these are the milliseconds; here interrupts are off.
     for (const int milliseconds : {0, 1, 10, 1000}) {
         Registers in;
         in.hl = static_cast<std::uint16_t>(milliseconds);
