@@ -12,6 +12,9 @@ Lowering::Lowering(Storage& storage, const Routine& routine)
 Function Lowering::run(const Stmt* body) {
     exit_ = b_.newBlock();
     b_.startBlock(b_.newBlock());
+    if (!function_.isMain) {
+        b_.setPosition(routine_.symbol->position); // a stack that is too small is reported at the heading
+    }
     enterRoutine();
     statements(body);
     b_.startBlock(exit_);

@@ -87,6 +87,13 @@ chained() {
   done
 }
 
+# reported_line SOURCE WORK START: FILE(line) of the address in the report that the last run has ended with.
+reported_line() {
+  local address
+  address=$(sed -n 's/.*, PC=\([0-9A-F]\{4\}\)\r*$/\1/p' "$2/raw")
+  "$tp3" --find "${address:-0}" "$1" --start "$3" 2>&1 | sed 's|.*/||'
+}
+
 # one SOURCE: all checks of one program.
 one() {
   local source=$1 name wanted start code
@@ -109,6 +116,11 @@ one() {
       code=compiler
     fi
     verdict "$name at $start" "$code" "${wanted:-0}" "$work/expected" "$work/actual"
+    if [[ -n $(word 'fails at' "$source") ]]; then
+      echo "$name($(word 'fails at' "$source"))" > "$work/line"
+      reported_line "$source" "$work" "$start" > "$work/found"
+      verdict "$name at $start: the line of the report" 0 0 "$work/line" "$work/found"
+    fi
   done
   if [[ -z $(word 'differs from fpc:' "$source") ]]; then
     expected_from_free_pascal "$source" > "$work/expected"
