@@ -13,21 +13,22 @@ namespace {
 
 constexpr int messageWords = 0xFFFF; // the text of a message box
 
+struct ChildSearch {
+    const char* wanted;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK collectChild(HWND child, LPARAM parameter) {
+    auto& search = *std::bit_cast<ChildSearch*>(parameter);
+    if (className(child) == search.wanted && IsWindowVisible(child) != FALSE &&
+        IsWindowEnabled(child) != FALSE)
+        search.found.push_back(child);
+    return TRUE;
+}
+
 std::vector<HWND> childrenOfClass(HWND dialog, const char* wanted) {
-    struct Search {
-        const char* wanted;
-        std::vector<HWND> found;
-    } search{wanted, {}};
-    EnumChildWindows(
-        dialog,
-        [](HWND child, LPARAM parameter) -> BOOL {
-            auto& all = *std::bit_cast<Search*>(parameter);
-            if (className(child) == all.wanted && IsWindowVisible(child) != FALSE &&
-                IsWindowEnabled(child) != FALSE)
-                all.found.push_back(child);
-            return TRUE;
-        },
-        std::bit_cast<LPARAM>(&search));
+    ChildSearch search{wanted, {}};
+    EnumChildWindows(dialog, collectChild, std::bit_cast<LPARAM>(&search));
     return search.found;
 }
 

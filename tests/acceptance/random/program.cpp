@@ -8,6 +8,24 @@
 
 namespace tavrel::random {
 
+namespace {
+
+struct WindowSearch {
+    DWORD process;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK collectWindow(HWND window, LPARAM parameter) {
+    auto& search = *std::bit_cast<WindowSearch*>(parameter);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == search.process && IsWindowVisible(window) != FALSE)
+        search.found.push_back(window);
+    return TRUE;
+}
+
+} // namespace
+
 std::size_t Choices::below(std::size_t count) {
     constexpr std::uint64_t multiplier = 6364136223846793005; // of Knuth's MMIX generator, with its increment
     constexpr std::uint64_t increment = 1442695040888963407;
@@ -95,20 +113,8 @@ void Program::requireAnswer() const {
 }
 
 std::vector<HWND> Program::visibleWindows() const {
-    struct Search {
-        DWORD process;
-        std::vector<HWND> found;
-    } search{identifier_, {}};
-    EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
-            auto& wanted = *std::bit_cast<Search*>(parameter);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            if (owner == wanted.process && IsWindowVisible(window) != FALSE)
-                wanted.found.push_back(window);
-            return TRUE;
-        },
-        std::bit_cast<LPARAM>(&search));
+    WindowSearch search{identifier_, {}};
+    EnumWindows(collectWindow, std::bit_cast<LPARAM>(&search));
     return search.found;
 }
 
