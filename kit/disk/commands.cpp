@@ -46,7 +46,8 @@ std::vector<Candidate> findCandidates(const CommandLine& line) {
         const Path path = pathOf(name);
         if (std::filesystem::is_directory(path, ignored))
             throw HostError(name + ": this is a folder");
-        if (std::filesystem::exists(path, ignored)) {
+        // A system may take a pattern for a damaged name.
+        if (hasWildcards(name) ? std::filesystem::exists(path, ignored) : isThere(path)) {
             if (isSameFile(path, image))
                 throw HostError(name + ": this is the image itself");
             add(path, true);
@@ -118,9 +119,8 @@ DiskImage openImage(const std::string& image) {
 
 ExitCode add(const CommandLine& line, Report& report) {
     NameGiver names(report);
-    std::error_code ignored;
-    const bool isThere = std::filesystem::exists(pathOf(line.image), ignored);
-    DiskImage image = isThere ? openImage(line.image) : DiskImage();
+    // An image that only cannot be seen at the moment must not give way to a new one.
+    DiskImage image = isThere(pathOf(line.image)) ? openImage(line.image) : DiskImage();
     std::vector<NewFile> files;
     for (const auto& [name, path] : names.give(findCandidates(line)))
         files.push_back({name, readFile(path, largestImage), fatTimeOf(timeOf(path))});

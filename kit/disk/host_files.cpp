@@ -95,11 +95,19 @@ bool namesFiles(const std::string& text) {
     return std::filesystem::exists(path, ignored) && !std::filesystem::is_directory(path, ignored);
 }
 
-Bytes readFile(const Path& path, std::size_t atMost) {
+bool isThere(const Path& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
-    if (error || !std::filesystem::exists(status))
-        throw HostError(textOf(path) + ": " + (error ? error.message() : "there is no such file"));
+    if (!std::filesystem::status_known(status))
+        throw HostError(textOf(path) + ": " + error.message());
+    return std::filesystem::exists(status);
+}
+
+Bytes readFile(const Path& path, std::size_t atMost) {
+    if (!isThere(path))
+        throw HostError(textOf(path) + ": there is no such file");
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
     // A device may give bytes without end.
     if (!std::filesystem::is_regular_file(status))
         throw HostError(textOf(path) + ": this is not an ordinary file");

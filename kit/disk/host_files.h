@@ -39,6 +39,9 @@ std::vector<Path> filesThatFit(const std::string& pattern);
 /// True when the text is the path of a file, or a pattern in a folder that there is.
 bool namesFiles(const std::string& text);
 
+/// True when there is something of this name. @throws HostError when that cannot be told
+bool isThere(const Path& path);
+
 /// All bytes of a file. @throws HostError when it cannot be read, is longer than `atMost` or no ordinary file
 Bytes readFile(const Path& path, std::size_t atMost);
 

@@ -57,6 +57,8 @@ void writeFileSafely(const Path& path, const Bytes& content, std::optional<std::
     const Path target = resolved.empty() ? path : resolved;
     struct stat status = {};
     const bool exists = stat(target.c_str(), &status) == 0;
+    if (!exists && errno != ENOENT) // a device might be taken for no file, and replaced
+        fail(path, errno);
     if (exists && !S_ISREG(status.st_mode))
         throw HostError(textOf(path) + ": this is not an ordinary file");
     if (exists && (status.st_mode & S_IWUSR) == 0)

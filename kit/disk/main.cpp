@@ -2,6 +2,7 @@
 #include "disk/commands.h"
 
 #include <cstdio>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -39,13 +40,18 @@ std::vector<std::string> argumentsOf(int count, char** words) {
 } // namespace
 
 int main(int count, char** words) {
-    disk::Report report;
-    const disk::ExitCode code = disk::run(argumentsOf(count, words), report);
-    std::fwrite(report.errors.data(), 1, report.errors.size(), stderr);
-    std::fwrite(report.output.data(), 1, report.output.size(), stdout);
-    if (std::fflush(stdout) != 0) {
-        std::fputs("dsktool: the output could not be written\n", stderr);
+    try {
+        disk::Report report;
+        const disk::ExitCode code = disk::run(argumentsOf(count, words), report);
+        std::fwrite(report.errors.data(), 1, report.errors.size(), stderr);
+        std::fwrite(report.output.data(), 1, report.output.size(), stdout);
+        if (std::fflush(stdout) != 0) {
+            std::fputs("dsktool: the output could not be written\n", stderr);
+            return disk::failed;
+        }
+        return code;
+    } catch (const std::bad_alloc&) { // not even for the message that says so
+        std::fputs("dsktool: there is not enough memory\n", stderr);
         return disk::failed;
     }
-    return code;
 }
