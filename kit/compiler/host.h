@@ -12,7 +12,8 @@ namespace tp3 {
 class SourceReader {
   public:
     virtual ~SourceReader() = default;
-    /// Reads up to `capacity` bytes; returns how many, 0 at the end (a read error counts as the end).
+    /// Reads up to `capacity` bytes; returns how many, 0 at the end. A read error counts as the
+    /// end or, where there are exceptions, ends the compilation with one.
     virtual std::size_t read(char* buffer, std::size_t capacity) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
+#include <dirent.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -20,19 +21,28 @@ struct Closer {
 };
 using File = std::unique_ptr<std::FILE, Closer>;
 
+struct FolderCloser {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
 [[noreturn]] void fail(const std::string& what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
 class FileReader : public SourceReader {
   public:
-    explicit FileReader(File file) : file_(std::move(file)) {}
+    FileReader(File file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
     std::size_t read(char* buffer, std::size_t capacity) override {
-        return std::fread(buffer, 1, capacity, file_.get());
+        const std::size_t count = std::fread(buffer, 1, capacity, file_.get());
+        if (count < capacity && std::ferror(file_.get()) != 0) {
+            fail(path_); // what was read is not the whole program, though it may be one
+        }
+        return count;
     }
 
   private:
     File file_;
+    std::string path_;
 };
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
@@ -47,20 +57,21 @@ fs::path findIgnoringCase(const fs::path& folder, std::string_view name) {
     std::string rest(name);
     std::replace(rest.begin(), rest.end(), '\\', '/');
     for (const fs::path& part : fs::path(rest)) {
-        std::error_code error;
         fs::path found;
         if (part == "." || part == ".." || part == "/") {
             place /= part;
             continue;
         }
-        for (const fs::directory_entry& entry : fs::directory_iterator(place, error)) {
-            const std::string candidate = entry.path().filename().string();
-            if (candidate == part.string()) {
-                found = entry.path(); // the exact name wins where several differ only in case
-                break;
+        // The standard library's iterator ends the program when memory runs out in it.
+        const std::unique_ptr<DIR, FolderCloser> entries(opendir(place.c_str()));
+        while (const dirent* const entry = entries == nullptr ? nullptr : readdir(entries.get())) {
+            const std::string_view candidate = &entry->d_name[0];
+            if (candidate == part.native()) {
+                found = place / candidate;
+                break; // the exact name wins where several differ only in case
             }
-            if (equalIgnoringCase(candidate, part.string())) {
-                found = entry.path();
+            if (equalIgnoringCase(candidate, part.native())) {
+                found = place / candidate;
             }
         }
         if (found.empty()) {
@@ -78,7 +89,7 @@ std::unique_ptr<SourceReader> FolderHost::openSource(std::string_view name) {
         return nullptr;
     }
     File file(std::fopen(path.c_str(), "rb"));
-    return file == nullptr ? nullptr : std::make_unique<FileReader>(std::move(file));
+    return file == nullptr ? nullptr : std::make_unique<FileReader>(std::move(file), path.string());
 }
 
 std::size_t FolderHost::stackLeft() {
@@ -112,7 +123,11 @@ std::vector<std::uint8_t> readFile(const fs::path& path) {
 
 void writeFileSafely(const fs::path& path, const std::vector<std::uint8_t>& content) {
     std::error_code error;
-    if (fs::exists(path, error) && !fs::is_regular_file(path, error)) {
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::status_known(status)) { // a file must not be taken for a device, and written in its place
+        throw std::system_error(error, path.string());
+    }
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
         // A device or pipe can only be written to as it is.
         const File device(std::fopen(path.c_str(), "wb"));
         if (device == nullptr ||

@@ -1,50 +1,11 @@
 // Memory that runs out while a program is compiled: every request for memory fails in turn.
 #include "compiler.h"
 #include "test_source.h"
+#include "tests/support/failing_allocation.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <limits>
 #include <new>
-
-namespace {
-
-constexpr long never = std::numeric_limits<long>::max();
-long requestsUntilFailure = never;
-bool failsForEver = false;
-
-void* request(std::size_t size) {
-    if (requestsUntilFailure != never && --requestsUntilFailure <= 0) {
-        requestsUntilFailure = failsForEver ? 1 : never;
-        throw std::bad_alloc();
-    }
-    void* const memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return request(size);
-}
-void* operator new[](std::size_t size) {
-    return request(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace tp3::test {
 namespace {
@@ -74,39 +35,27 @@ MemoryHost exampleHost() {
     return host;
 }
 
-/// Compiles with the given request failing. Returns whether that many requests were made at all.
-bool compileWithout(long requestNumber, bool forEver, const CompileResult& whole) {
-    MemoryHost host = exampleHost();
-    CompileOptions options;
-    options.mainFile = "MAIN.PAS";
-    failsForEver = forEver;
-    requestsUntilFailure = requestNumber;
-    bool failed = false;
-    try {
-        const CompileResult result = compile(host, options);
-        // Requests of a single failure that did not matter leave the program as it is.
-        failed = requestsUntilFailure == never;
-        requestsUntilFailure = never;
-        EXPECT_TRUE(!result.ok || result.image == whole.image);
-    } catch (const std::bad_alloc&) {
-        requestsUntilFailure = never;
-        failed = true;
-    }
-    return failed;
-}
-
 TEST(Allocation, EveryRequestMayFail) {
     MemoryHost host = exampleHost();
     CompileOptions options;
     options.mainFile = "MAIN.PAS";
     const CompileResult whole = compile(host, options);
     ASSERT_TRUE(whole.ok) << errorMessage(whole.diagnostic) << " " << whole.diagnostic.position.line;
-    for (const bool forEver : {false, true}) {
-        long number = 1;
-        while (compileWithout(number, forEver, whole))
-            ++number;
-        EXPECT_GT(number, 100) << "the compiler asks for memory more often than that";
-    }
+    const long attempts = tavrel::test::withEveryFailingAllocation([&](long number, bool forEver) {
+        MemoryHost fresh = exampleHost();
+        bool same = true;
+        try {
+            const tavrel::test::FailingAllocation failing(number, forEver);
+            const CompileResult result = compile(fresh, options);
+            // A single failure that did not matter leaves the program as it is.
+            same = !result.ok || result.image == whole.image;
+        } catch (const std::bad_alloc&) {
+            return true;
+        }
+        EXPECT_TRUE(same) << number;
+        return same;
+    });
+    EXPECT_GT(attempts, 200) << "the compiler asks for memory more often than that";
 }
 
 } // namespace
