@@ -4,6 +4,7 @@
 #include "util/paths.h"
 #include "util/runtime_error.h"
 
+#include <exception>
 #include <memory>
 
 namespace tavrel {
@@ -23,7 +24,7 @@ void writeAndClose(OutputFile& file, std::string_view bytes, bool flush) {
 void removeIfPossible(FileSystem& system, const std::string& path) noexcept {
     try {
         system.remove(path);
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         // The write has failed already; that is what the caller hears of.
     }
 }
@@ -34,7 +35,7 @@ void replaceContent(FileSystem& system, const std::string& path, std::string_vie
     try {
         writeAndClose(*fresh, bytes, flush);
         system.replace(fresh->path(), path);
-    } catch (const RuntimeError&) {
+    } catch (...) { // memory may run out too
         removeIfPossible(system, fresh->path());
         throw;
     }
@@ -83,7 +84,7 @@ void writeTemporaryFile(const std::string& path, std::string_view bytes) {
 void deleteFileIfPossible(const std::string& path) noexcept {
     try {
         deleteFile(path);
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         // The caller asked for silence: the file is a left-over that does no harm.
     }
 }

@@ -86,6 +86,11 @@ class PortableOutput : public OutputFile {
     PortableOutput(const PortableOutput&) = delete;
     PortableOutput& operator=(const PortableOutput&) = delete;
 
+    /// Makes a file of its own from the pattern that its path is.
+    bool makeUnique() {
+        file_ = mkstemp(path_.data());
+        return file_ >= 0;
+    }
     const std::string& path() const override { return path_; }
     std::size_t write(std::string_view bytes) override {
         const ssize_t count = ::write(file_, bytes.data(), bytes.size());
@@ -122,11 +127,12 @@ class PortableFiles : public FileSystem {
         return (status.st_mode & S_IWUSR) == 0 ? TargetKind::readOnlyFile : TargetKind::file;
     }
     std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
-        std::string fresh = systemPath(GetFilePath(path)) + std::string(unfinishedPrefix) + "XXXXXX";
-        const int file = mkstemp(fresh.data());
-        if (file < 0)
+        // Complete but for the file, which memory that runs out now would leave behind.
+        auto fresh = std::make_unique<PortableOutput>(-1, systemPath(GetFilePath(path)) +
+                                                              std::string(unfinishedPrefix) + "XXXXXX");
+        if (!fresh->makeUnique())
             fail(errno, path);
-        return std::make_unique<PortableOutput>(file, fresh);
+        return fresh;
     }
     std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
         const int file = open(systemPath(path).c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
@@ -139,7 +145,8 @@ class PortableFiles : public FileSystem {
             fail(errno, target);
     }
     void remove(const std::string& path) override {
-        if (unlink(systemPath(path).c_str()) != 0)
+        // The name as it is needs no memory, which may be what the file is deleted for.
+        if (unlink(path.c_str()) != 0 && unlink(systemPath(path).c_str()) != 0)
             fail(errno, path);
     }
 };

@@ -81,6 +81,7 @@ class WindowsOutput : public OutputFile {
   public:
     WindowsOutput(FileHandle file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
 
+    void take(FileHandle file) { file_ = std::move(file); }
     const std::string& path() const override { return path_; }
     std::size_t write(std::string_view bytes) override {
         const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1U << 20));
@@ -127,13 +128,17 @@ class WindowsFiles : public FileSystem {
         folder = AddBackslash(folder);
         static unsigned count = 0;
         for (;;) {
-            const std::string name = folder + std::string(unfinishedPrefix) +
-                                     std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count++);
+            // Complete but for the file, which memory that runs out now would leave behind.
+            auto fresh = std::make_unique<WindowsOutput>(nullptr, folder + std::string(unfinishedPrefix) +
+                                                                      std::to_string(GetCurrentProcessId()) +
+                                                                      "-" + std::to_string(count++));
             // Nobody else may take it away as a leftover while it is written.
-            HANDLE const handle = CreateFileA(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+            HANDLE const handle = CreateFileA(fresh->path().c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                               CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-            if (handle != INVALID_HANDLE_VALUE)
-                return std::make_unique<WindowsOutput>(FileHandle(handle), name);
+            if (handle != INVALID_HANDLE_VALUE) {
+                fresh->take(FileHandle(handle));
+                return fresh;
+            }
             const DWORD code = GetLastError();
             if (code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS)
                 continue;
