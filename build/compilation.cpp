@@ -53,30 +53,32 @@ class KitCopies {
   public:
     explicit KitCopies(const std::string& folder) : folder_(folder) {}
     ~KitCopies() {
-        for (const char* const name : present_)
-            deleteFileIfPossible(folder_ + name);
+        for (const std::string& path : present_)
+            deleteFileIfPossible(path);
     }
     KitCopies(const KitCopies&) = delete;
     KitCopies& operator=(const KitCopies&) = delete;
 
     void add(const std::string& kit, const char* name) {
-        writeTemporaryFile(folder_ + name, readWholeFile(kit + name));
-        present_.push_back(name);
+        const std::string bytes = readWholeFile(kit + name);
+        present_.push_back(folder_ + name); // a write that fails may leave it there all the same
+        writeTemporaryFile(present_.back(), bytes);
     }
     void remove(const char* name) {
+        const std::string path = folder_ + name;
         try {
-            deleteFile(folder_ + name);
+            deleteFile(path);
         } catch (const RuntimeError& error) {
             // A second build, started while this one waited, has taken its copies away, which were these.
             if (error.number() != RuntimeErrorNumber::fileNotFound)
                 throw;
         }
-        std::erase(present_, name);
+        std::erase(present_, path);
     }
 
   private:
     std::string folder_;
-    std::vector<const char*> present_;
+    std::vector<std::string> present_; ///< paths
 };
 
 /// While a build runs, its launcher is held open. A second build of the same project needs the same words in

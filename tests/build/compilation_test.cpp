@@ -1,4 +1,5 @@
 #include "tests/build/build_fixture.h"
+#include "tests/support/failing_files.h"
 #include "util/runtime_error.h"
 
 #include <array>
@@ -115,6 +116,23 @@ TEST_F(Build, WithoutSizeLinesOnlyTheSuccessIsTold) {
     EXPECT_EQ(progress.words, "Compiling Hello...\r\nNo errors - Sucessfully compiled");
     EXPECT_FALSE(test.folder.has("result.txt"));
     EXPECT_FALSE(test.display.waitPointer);
+}
+
+TEST_F(Build, AnyFailingWriteIsToldAndLeavesNoKitBehind) {
+    unsigned attempts = 0;
+    test::withEveryFailure([&](test::FailingFiles& files) {
+        bool told = false;
+        try {
+            build();
+        } catch (const RuntimeError&) {
+            told = true;
+        }
+        EXPECT_EQ(told, files.hasFailed());
+        EXPECT_TRUE(kitIsGone()) << "attempt " << attempts;
+        EXPECT_FALSE(test.display.waitPointer);
+        ++attempts;
+    });
+    EXPECT_GT(attempts, 60U) << "the script and four files of the kit, each call in several ways";
 }
 
 TEST_F(Build, TheKitIsLaidOutInFullWhileTheCompilerRuns) {
