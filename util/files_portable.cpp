@@ -22,6 +22,11 @@ namespace tavrel {
 
 namespace {
 
+struct FolderCloser {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+using Folder = std::unique_ptr<DIR, FolderCloser>;
+
 /// The path with the system's separators. As Windows would, its last name is matched without regard to case
 /// and blanks at its end do not count.
 std::string systemPath(std::string path) {
@@ -31,16 +36,15 @@ std::string systemPath(std::string path) {
     if (slash == std::string::npos || access(path.c_str(), F_OK) == 0)
         return path;
     const std::string folder = path.substr(0, slash + 1);
-    DIR* const directory = opendir(folder.c_str());
+    const Folder directory(opendir(folder.c_str()));
     if (directory == nullptr)
         return path;
-    while (const dirent* const found = readdir(directory)) {
+    while (const dirent* const found = readdir(directory.get())) {
         if (strcasecmp(&found->d_name[0], path.c_str() + slash + 1) == 0) {
             path = folder + &found->d_name[0];
             break;
         }
     }
-    closedir(directory);
     return path;
 }
 
@@ -114,6 +118,22 @@ class PortableOutput : public OutputFile {
     std::string path_;
 };
 
+/// An open file that is closed at the end.
+class InputFile {
+  public:
+    explicit InputFile(int number) : number_(number) {}
+    ~InputFile() {
+        if (number_ >= 0)
+            ::close(number_);
+    }
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
 class PortableFiles : public FileSystem {
   public:
     TargetKind kindOf(const std::string& path) override {
@@ -169,29 +189,22 @@ bool FileExists(const std::string& path) {
 std::string readWholeFile(const std::string& path) {
     if (hasZero(path))
         throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
-    const int file = open(systemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (file < 0)
+    const InputFile file(open(systemPath(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.number() < 0)
         fail(errno, path);
     struct stat status = {};
-    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
-        close(file);
+    if (fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
         fail(S_ISDIR(status.st_mode) ? EISDIR : EACCES, path);
-    }
     std::string bytes;
     std::array<char, 65536> buffer{};
     for (;;) {
-        const ssize_t count = read(file, buffer.data(), buffer.size());
-        if (count < 0) {
-            const int error = errno;
-            close(file);
-            fail(error, path);
-        }
+        const ssize_t count = read(file.number(), buffer.data(), buffer.size());
+        if (count < 0)
+            fail(errno, path);
         if (count == 0)
-            break;
+            return bytes;
         bytes.append(buffer.data(), static_cast<std::size_t>(count));
     }
-    close(file);
-    return bytes;
 }
 
 void deleteFile(const std::string& path) {
@@ -201,11 +214,11 @@ void deleteFile(const std::string& path) {
 std::vector<FolderEntry> listFolder(const std::string& folder, const std::string& pattern) {
     std::vector<FolderEntry> entries;
     const std::string base = systemPath(folder);
-    DIR* const directory = opendir(base.c_str());
+    const Folder directory(opendir(base.c_str()));
     if (directory == nullptr)
         return entries;
     const std::string match = pattern == "*.*" ? "*" : pattern;
-    while (const dirent* const found = readdir(directory)) {
+    while (const dirent* const found = readdir(directory.get())) {
         const std::string name = &found->d_name[0];
         struct stat status = {};
         if (name == "." || name == ".." || stat((base + name).c_str(), &status) != 0 ||
@@ -214,7 +227,6 @@ std::vector<FolderEntry> listFolder(const std::string& folder, const std::string
         const bool isFolder = S_ISDIR(status.st_mode);
         entries.push_back({name, isFolder ? 0U : static_cast<std::uint64_t>(status.st_size), isFolder});
     }
-    closedir(directory);
     return entries;
 }
 

@@ -20,6 +20,12 @@ struct HandleCloser {
 };
 using FileHandle = std::unique_ptr<HANDLE, HandleCloser>;
 
+struct SearchCloser {
+    using pointer = HANDLE;
+    void operator()(HANDLE search) const { FindClose(search); }
+};
+using SearchHandle = std::unique_ptr<HANDLE, SearchCloser>;
+
 RuntimeErrorNumber errorNumber(DWORD code) {
     switch (code) {
     case ERROR_FILE_NOT_FOUND:
@@ -201,9 +207,10 @@ void deleteFile(const std::string& path) {
 std::vector<FolderEntry> listFolder(const std::string& folder, const std::string& pattern) {
     std::vector<FolderEntry> entries;
     WIN32_FIND_DATAA data = {};
-    HANDLE const search = FindFirstFileA((folder + pattern).c_str(), &data);
-    if (search == INVALID_HANDLE_VALUE)
+    HANDLE const first = FindFirstFileA((folder + pattern).c_str(), &data);
+    if (first == INVALID_HANDLE_VALUE)
         return entries;
+    const SearchHandle search(first);
     do {
         const std::string name = &data.cFileName[0];
         if (name == "." || name == "..")
@@ -211,8 +218,7 @@ std::vector<FolderEntry> listFolder(const std::string& folder, const std::string
         const bool isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const std::uint64_t size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
         entries.push_back({name, isFolder ? 0U : size, isFolder});
-    } while (FindNextFileA(search, &data) != 0);
-    FindClose(search);
+    } while (FindNextFileA(search.get(), &data) != 0);
     return entries;
 }
 
