@@ -8,8 +8,13 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(tavrel_warnings INTERFACE -Wduplicated-cond -Wlogical-op -Wno-restrict)
 endif()
 
+# Counted lines are those of the source, so nothing is optimised; and no sanitizer, so that a run costs little.
+option(TAVREL_COVERAGE "count how often each line of the native tree runs" OFF)
+if(TAVREL_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
 # Sanitizers are for the whole native tree, fetched test libraries included.
-if(TAVREL_TARGET STREQUAL "native")
+elseif(TAVREL_TARGET STREQUAL "native")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()

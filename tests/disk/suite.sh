@@ -4,7 +4,7 @@
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
-tool=${1:-$root/out/bin/dsktool}
+tool=${1:-${TAVREL_DSKTOOL:-$root/out/bin/dsktool}}
 export LC_ALL=C.UTF-8 TZ=UTC MTOOLSRC=/dev/null MTOOLS_SKIP_CHECK=0
 work=$(mktemp -d)
 mounted=
