@@ -42,9 +42,9 @@ Options readOptions(int count, char** arguments) {
     return options;
 }
 
-/// What a program may hold more after all that it did than before. Wine keeps the device contexts of as many
-/// windows as were ever up at a time, so that its GDI objects go up and down by some thirty from one look to
-/// the next. What is lost with each use of a command shows in a count of that command alone.
+/// What a program may hold more after all that it did than before. Under Wine the GDI objects go up and down
+/// by some thirty from one look to the next as windows come and go. What is lost with each use of a command
+/// shows in a count of that command alone.
 struct Slack {
     static constexpr int windows = 0;
     static constexpr int gdi = 64;
