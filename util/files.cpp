@@ -29,6 +29,14 @@ void removeIfPossible(FileSystem& system, const std::string& path) noexcept {
     }
 }
 
+/// An open file cannot be removed under Windows.
+void closeIfPossible(OutputFile& file) noexcept {
+    try {
+        file.close();
+    } catch (...) { // it was closed before
+    }
+}
+
 /// The new content lies whole beside the old one before it takes its place.
 void replaceContent(FileSystem& system, const std::string& path, std::string_view bytes, bool flush) {
     const std::unique_ptr<OutputFile> fresh = system.createBeside(path);
@@ -36,6 +44,7 @@ void replaceContent(FileSystem& system, const std::string& path, std::string_vie
         writeAndClose(*fresh, bytes, flush);
         system.replace(fresh->path(), path);
     } catch (...) { // memory may run out too
+        closeIfPossible(*fresh);
         removeIfPossible(system, fresh->path());
         throw;
     }
