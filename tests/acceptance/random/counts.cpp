@@ -108,7 +108,7 @@ struct HandleList {
     void* first; ///< where the entries begin
 };
 
-/// For where GetProcessHandleCount is only a stub (Wine).
+/// For where GetProcessHandleCount always answers 0 (Wine 8.0).
 int countListedHandles(DWORD process) {
     constexpr auto handleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
     constexpr auto tooShort = static_cast<NTSTATUS>(0xC0000004);
