@@ -13,9 +13,9 @@ struct Counts {
     int handles = 0; ///< kernel handles: files, processes, events, ...
 };
 
-/// Counts for a process that is at rest. Where GetGuiResources is only a stub (Wine), GDI objects are counted
-/// in the table that the process's block points to, and USER objects are those of the whole session. Throws
-/// std::runtime_error when the process cannot be asked.
+/// Counts for a process that is at rest. Where GetGuiResources always answers 0 (Wine 8.0), GDI objects are
+/// counted in the table that the process's block points to, and USER objects are those of the whole session.
+/// Throws std::runtime_error when the process cannot be asked.
 Counts countResources(HANDLE process);
 
 /// "windows 12, GDI objects 34, USER objects 56, handles 78"
