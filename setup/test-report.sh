@@ -34,6 +34,17 @@ count_googletest() {
     END { printf "%d %d\n%s", total - bad, bad, names }' "$1"
 }
 
+# repeat_failures LOG: what the failed cases of a test program printed, at most 40 lines of each, at the end of the log,
+# since only its end is shown.
+repeat_failures() {
+  local text
+  text=$(awk '
+    /^\[ RUN / { lines = 0; shown = "" }
+    lines++ < 40 { shown = shown $0 "\n" }
+    /^\[  FAILED  \] .* ms\)/ { printf "%s", shown }' "$1")
+  printf '%s\n' "$text" >> "$1"
+}
+
 # googletest NAME FOLDER LIMIT COMMAND...: runs one test program with --gtest_output added. Only the report counts that
 # it writes at its end: a program that did not start, crashed, hung or held no test is one failed case.
 googletest() {
@@ -53,6 +64,7 @@ googletest() {
   fi
   counts=$(count_googletest "$report")
   read -r good bad <<< "$counts"
+  if ((bad > 0)); then repeat_failures "$log"; fi
   tail -n +2 <<< "$counts" | sed '/./s/^/failed: /' >> "$log"
   if ((good + bad == 0)); then
     echo "$name ran no test" >> "$log"
