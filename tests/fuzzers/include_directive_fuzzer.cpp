@@ -5,6 +5,7 @@
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
 #include "util/runtime_error.h"
+#include "util/text.h"
 
 #include <fstream>
 
@@ -24,7 +25,11 @@ std::string_view upTo(std::string_view& text, char end) {
 void readDirectives(std::string_view text) {
     while (!text.empty()) {
         const auto name = tavrel::includeName(upTo(text, '\n'));
-        require(!name || (name->find('}') == std::string::npos && name->find("{$I") == std::string::npos));
+        if (!name)
+            continue;
+        // What stood around a "{$I" may make a new one when it is gone: "{${$II". It is part of the name.
+        require(name->find('}') == std::string::npos && *name == tavrel::upperCase(*name));
+        require(name->empty() || (name->front() != ' ' && name->back() != ' '));
     }
 }
 
