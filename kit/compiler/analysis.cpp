@@ -38,13 +38,6 @@ bool isBranch(IrOp op) {
     return op == IrOp::branch || op == IrOp::runtimeBranch;
 }
 
-using Bits = std::vector<std::uint32_t>;
-
-void setBit(Bits& bits, std::size_t index, bool value) {
-    const std::uint32_t mask = std::uint32_t{1} << (index % 32);
-    bits[index / 32] = value ? bits[index / 32] | mask : bits[index / 32] & ~mask;
-}
-
 /// Backward walk over one block's instructions with a set of live values.
 class BlockWalk {
   public:
@@ -54,17 +47,17 @@ class BlockWalk {
 
     /// Steps `live` from behind the block to before it; with `mark`, writes what it finds into the
     /// instructions.
-    void run(const Block& block, Bits& live, bool mark) {
+    void run(const Block& block, std::uint32_t* live, bool mark) {
         for (std::uint32_t i = block.last; i-- > block.first;) {
             step(function_.code[i], live, mark);
         }
     }
 
   private:
-    bool isLive(const Bits& live, ValueId id) const {
-        return function_.values[id].crossesBlocks ? Liveness::has(live, indexOf_[id]) : temporaries_[id] != 0;
+    bool isLive(const std::uint32_t* live, ValueId id) const {
+        return function_.values[id].crossesBlocks ? hasBit(live, indexOf_[id]) : temporaries_[id] != 0;
     }
-    void setLive(Bits& live, ValueId id, bool value) {
+    void setLive(std::uint32_t* live, ValueId id, bool value) {
         if (function_.values[id].crossesBlocks) {
             setBit(live, indexOf_[id], value);
         } else {
@@ -72,7 +65,7 @@ class BlockWalk {
         }
     }
 
-    void step(Ir& ir, Bits& live, bool mark) {
+    void step(Ir& ir, std::uint32_t* live, bool mark) {
         if (ir.dead) {
             return;
         }
@@ -307,31 +300,41 @@ Liveness analyseLiveness(Function& function) {
         }
     }
     const std::size_t words = liveness.crossing.size() / 32 + 1;
-    liveness.in.assign(function.blocks.size(), Bits(words));
-    liveness.out.assign(function.blocks.size(), Bits(words));
+    liveness.words = words;
+    liveness.in.resize(function.blocks.size() * words);
+    std::vector<std::uint32_t> out(liveness.in.size());
+    std::vector<std::uint32_t> live(words);
+    std::vector<std::uint8_t> seen(function.blocks.size()); // 1: walked with what is now in `out`
     BlockWalk walk(function, indexOf, liveness.crossing);
     bool changed = true;
     while (changed) {
         changed = false;
         for (std::size_t i = function.layout.size(); i-- > 0;) {
             const BlockId id = function.layout[i];
-            Bits live(words);
+            std::uint32_t* const before = &liveness.in[id * words];
+            std::uint32_t* const behind = &out[id * words];
             for (const BlockId successor : function.blocks[id].successors) {
                 for (std::size_t w = 0; successor != noBlock && w < words; ++w) {
-                    live[w] |= liveness.in[successor][w];
+                    const std::uint32_t more = liveness.in[successor * words + w] & ~behind[w];
+                    behind[w] |= more;
+                    seen[id] = more == 0 ? seen[id] : 0;
                 }
             }
-            liveness.out[id] = live;
-            walk.run(function.blocks[id], live, false);
-            if (live != liveness.in[id]) {
-                liveness.in[id] = live;
+            if (seen[id] != 0) {
+                continue;
+            }
+            seen[id] = 1;
+            std::copy_n(behind, words, live.data());
+            walk.run(function.blocks[id], live.data(), false);
+            if (!std::equal(live.begin(), live.end(), before)) {
+                std::copy(live.begin(), live.end(), before);
                 changed = true;
             }
         }
     }
     for (const BlockId id : function.layout) {
-        Bits live = liveness.out[id];
-        walk.run(function.blocks[id], live, true);
+        std::copy_n(&out[id * words], words, live.data());
+        walk.run(function.blocks[id], live.data(), true);
     }
     countUses(function);
     return liveness;

@@ -7,14 +7,23 @@
 
 namespace tp3 {
 
-/// Which values are live where one block goes over into another, as bits by index into `crossing`.
-struct Liveness {
-    std::vector<ValueId> crossing;               ///< values that live from block to block
-    std::vector<std::vector<std::uint32_t>> in;  ///< by block
-    std::vector<std::vector<std::uint32_t>> out; ///< by block
+/// A flag for each value that lives from block to block, 32 to a word.
+inline bool hasBit(const std::uint32_t* bits, std::size_t index) {
+    return (bits[index / 32] >> (index % 32) & 1U) != 0;
+}
+inline void setBit(std::uint32_t* bits, std::size_t index, bool value) {
+    const std::uint32_t mask = std::uint32_t{1} << (index % 32);
+    bits[index / 32] = value ? bits[index / 32] | mask : bits[index / 32] & ~mask;
+}
 
-    [[nodiscard]] static bool has(const std::vector<std::uint32_t>& bits, std::size_t index) {
-        return (bits[index / 32] >> (index % 32) & 1U) != 0;
+/// Which values are live where one block goes over into another.
+struct Liveness {
+    std::vector<ValueId> crossing; ///< values that live from block to block
+    std::size_t words = 0;         ///< of the flags of one block
+    std::vector<std::uint32_t> in; ///< flags by index into `crossing`, block after block
+
+    [[nodiscard]] bool livesInto(BlockId block, std::size_t index) const {
+        return hasBit(&in[block * words], index);
     }
 };
 

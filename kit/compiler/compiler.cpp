@@ -36,6 +36,10 @@ class CodeConsumer : public BodyConsumer {
         }
     }
 
+    bool wants(const Routine& routine) override {
+        return routine.ordinal >= survey_.routines.size() || survey_.routines[routine.ordinal].used;
+    }
+
     void body(Routine& routine, Stmt* statements) override {
         if (!survey_.routines[routine.ordinal].used || failed_.line != 0) {
             return;
@@ -152,6 +156,7 @@ CompileResult compile(Host& host, const CompileOptions& options) {
     Survey survey;
     ParserOptions parserOptions;
     parserOptions.mainFile = options.mainFile;
+    std::vector<std::uint16_t> hiddenVariables;
     {
         Arena arena;
         SurveyConsumer consumer;
@@ -164,11 +169,13 @@ CompileResult compile(Host& host, const CompileOptions& options) {
             return result;
         }
         survey.variables = parser.variableFacts();
+        hiddenVariables = parser.hiddenVariables();
         survey.chains = parser.chains();
         survey.handsOutRoutines = parser.handsOutRoutines();
         analyseCalls(parser.callees(), survey.routines);
     }
     parserOptions.pass = 2;
+    parserOptions.hiddenVariables = &hiddenVariables;
     Arena arena;
     CodeConsumer consumer(survey, options);
     Parser parser(host, arena, parserOptions, consumer);

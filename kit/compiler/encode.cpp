@@ -12,7 +12,7 @@ class Encoder {
     Encoder(const std::vector<Instruction>& code, const std::vector<std::uint8_t>& pool,
             const std::vector<Fixup>& poolFixups, bool preferSize)
         : code_(code), pool_(pool), poolFixups_(poolFixups), preferSize_(preferSize), isShort_(code.size()),
-          offsets_(code.size() + 1) {}
+          lengths_(code.size()), offsets_(code.size() + 1) {}
 
     Encoded run() {
         for (std::size_t i = 0; i < code_.size(); ++i) {
@@ -20,6 +20,7 @@ class Encoder {
                 labels_.resize(code_[i].index + 1U);
             }
             isShort_[i] = mayBeShort(code_[i]) ? 1 : 0;
+            lengths_[i] = static_cast<std::uint8_t>(length(code_[i], isShort_[i] != 0));
         }
         // Start with every candidate short and lengthen what does not reach: lengths only grow, so this ends.
         do {
@@ -45,7 +46,7 @@ class Encoder {
             if (code_[i].op == Op::label) {
                 labels_[code_[i].index] = offset;
             }
-            offset += length(code_[i], isShort_[i] != 0);
+            offset += lengths_[i];
         }
         offsets_[code_.size()] = offset;
     }
@@ -67,6 +68,7 @@ class Encoder {
             const bool mostlyTaken = d < 0 || static_cast<Condition>(code_[i].x) == Condition::always;
             if (d < -128 || d > 127 || (mostlyTaken && !preferSize_)) {
                 isShort_[i] = 0;
+                lengths_[i] = static_cast<std::uint8_t>(length(code_[i], false));
                 changed = true;
             }
         }
@@ -308,6 +310,7 @@ class Encoder {
     const std::vector<Fixup>& poolFixups_;
     bool preferSize_;
     std::vector<std::uint8_t> isShort_; // 1: the jump is
+    std::vector<std::uint8_t> lengths_; // in bytes
     std::vector<std::uint32_t> offsets_;
     std::vector<std::uint32_t> labels_;
     Encoded result_;

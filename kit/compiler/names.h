@@ -20,9 +20,9 @@ class NameTable {
     Name* find(std::string_view text, std::uint32_t hash);
     Name* find(std::string_view text);
 
-    static constexpr std::uint32_t hashStart = 2166136261U;
+    static constexpr std::uint32_t hashStart = 0;
     static constexpr std::uint32_t hashStep(std::uint32_t hash, char character) {
-        return (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+        return hash * 31 + static_cast<unsigned char>(character); // a shift and a subtraction
     }
 
     /// Memory that lives as long as the names do.

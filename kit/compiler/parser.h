@@ -18,6 +18,8 @@ namespace tp3 {
 struct ParserOptions {
     std::string_view mainFile; ///< NAME.PAS as the host opens it
     int pass = 1;              ///< told to Host::progress
+    /// What Parser::hiddenVariables() gave for the same source, if the consumer does not want every body.
+    const std::vector<std::uint16_t>* hiddenVariables = nullptr;
     Features features = shippedFeatures;
 };
 
@@ -34,6 +36,9 @@ class BodyConsumer {
     /// A typed constant whose bytes are complete (Symbol::text, Type::size bytes).
     virtual void typedConstant(Symbol& constant) = 0;
     virtual void body(Routine& routine, Stmt* statements) = 0;
+    /// Whether the statements of a routine are wanted. Those that are not are passed over: they must be known
+    /// to be right, and there is no call of body().
+    virtual bool wants(const Routine&) { return true; }
 };
 
 /// Parses one program, includes followed. The same source gives the same calls with the same ordinals each
@@ -61,6 +66,8 @@ class Parser {
     [[nodiscard]] bool handsOutRoutines() const;
     /// callees()[r] = ordinals of the routines that routine r calls, each once.
     [[nodiscard]] const std::vector<std::vector<std::uint16_t>>& callees() const;
+    /// How many variables of its own the parser made for the statements of each routine, by ordinal.
+    [[nodiscard]] const std::vector<std::uint16_t>& hiddenVariables() const;
     /// Names of the source files in the order of Position::file.
     [[nodiscard]] const std::vector<std::string>& files() const;
     [[nodiscard]] std::uint32_t lineCount() const;

@@ -1,5 +1,6 @@
 #include "scanner.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -203,17 +204,21 @@ void Scanner::next(Token& token) {
 void Scanner::identifier(Token& token) {
     textLength_ = 0;
     std::uint32_t hash = NameTable::hashStart;
-    std::size_t length = 0;
+    char* out = text_.data(); // what half of all characters come by stays in registers
+    char* const full = out + maximumIdentifier;
     do {
-        passBuffered([&](char c) {
-            const char letter = nameCharacters[static_cast<unsigned char>(c)];
-            if (letter == '\0' || length == maximumIdentifier)
-                return false;
-            text_[length++] = letter;
+        const char* next = source_.next;
+        const char* const end = next + std::min(source_.end - next, full - out);
+        for (; next != end; ++next) {
+            const char letter = nameCharacters[static_cast<unsigned char>(*next)];
+            if (letter == '\0')
+                break;
+            *out++ = letter;
             hash = NameTable::hashStep(hash, letter);
-            return true;
-        });
-    } while (source_.next == source_.end && fill(1));
+        }
+        source_.next = next;
+    } while (source_.next == source_.end && out != full && fill(1));
+    const auto length = static_cast<std::size_t>(out - text_.data());
     textLength_ = length;
     const int character = peek();
     if (isLetter(character) || isDigit(character))

@@ -58,8 +58,8 @@ void Selector::byteAlu(Ir& ir, Alu op) {
     if (op == Alu::add && b.isConstant() && (n == 1 || n == -1) && a.isValue() && a.id == ir.dst.id &&
         pinOf(a.id) != 0 && findReg(a.id, r)) {
         emit(n > 0 ? Op::inc8 : Op::dec8, code(r)); // a loop's register is stepped in place
-        live_[a.id] = true;
-        inHome_[a.id] = false;
+        live_[a.id] = 1;
+        inHome_[a.id] = 0;
         return;
     }
     const bool commutes = op != Alu::sub;

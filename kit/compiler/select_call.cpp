@@ -190,7 +190,7 @@ void Selector::popLive(std::vector<Saved>& saved, Mask result) {
         registers_.content[code(high(target))] = entry.high;
         for (const Content& content : {entry.low, entry.high}) {
             if (content.part != Part::none) {
-                inHome_[content.value] = false;
+                inHome_[content.value] = 0;
             }
         }
         if (freePairs == 1 && !saved.empty()) {
@@ -293,8 +293,8 @@ void Selector::parameters(Ir& ir) {
     for (unsigned i = 0; i < ir.argumentCount; ++i) {
         const Argument& argument = function_.arguments[ir.firstArgument + i];
         const ValueId id = argument.operand.id;
-        live_[id] = !argument.operand.dies;
-        inHome_[id] = false;
+        live_[id] = argument.operand.dies ? 0 : 1;
+        inHome_[id] = 0;
         if (live_[id] && argument.width == Width::word) {
             hold(argument.pair, id);
         } else if (live_[id]) {

@@ -27,7 +27,7 @@ void Selector::copy(Ir& ir) {
     const bool pinned = pinOf(ir.dst.id) != 0;
     if (ir.a.isValue() && ir.a.id == ir.dst.id) {
         consume(ir.a);
-        live_[ir.dst.id] = resultUsed_;
+        live_[ir.dst.id] = resultUsed_ ? 1 : 0;
         return;
     }
     // A value that goes on being needed is copied to the variable's home, so that no second register is
@@ -42,8 +42,8 @@ void Selector::copy(Ir& ir) {
             storeReg(r, Operand::memory(target.home));
         }
         forgetValue(ir.dst.id);
-        inHome_[ir.dst.id] = true;
-        live_[ir.dst.id] = resultUsed_;
+        inHome_[ir.dst.id] = 1;
+        live_[ir.dst.id] = resultUsed_ ? 1 : 0;
         return;
     }
     if (pinned) {

@@ -47,7 +47,7 @@ void Selector::stackOperation(Ir& ir) {
         moveStack(0x10000U - n);
         emit(Op::ldMemPair, code(Pair::hl), 0, home);
         define(ir.dst, Pair::hl);
-        inHome_[ir.dst.id] = true;
+        inHome_[ir.dst.id] = 1;
         break;
     }
     case IrOp::frameLeave:

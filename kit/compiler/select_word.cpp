@@ -69,8 +69,8 @@ void Selector::addWord(Ir& ir) {
             emit(step, code(p));
         }
         if (inPlace) {
-            live_[a.id] = true; // the register is the loop's, whether or not the last value is looked at
-            inHome_[a.id] = false;
+            live_[a.id] = 1; // the register is the loop's, whether or not the last value is looked at
+            inHome_[a.id] = 0;
         } else {
             define(ir.dst, p);
         }

@@ -9,8 +9,7 @@ using z80::low;
 
 Selector::Selector(Function& function, const Liveness& liveness, Storage& storage)
     : function_(function), liveness_(liveness), storage_(storage), inHome_(function.values.size()),
-      live_(function.values.size()), needed_(function.values.size()), entryState_(function.blocks.size()),
-      hasEntryState_(function.blocks.size()) {
+      live_(function.values.size()), needed_(function.values.size()), entryState_(function.blocks.size()) {
     layoutPosition_.resize(function.blocks.size());
     for (std::size_t i = 0; i < function.layout.size(); ++i) {
         layoutPosition_[function.layout[i]] = i;
@@ -60,15 +59,16 @@ void Selector::block(std::size_t layoutIndex) {
 
 /// Homes hold everything that is live, but for the values that the block's loop keeps in registers.
 void Selector::startState(BlockId id) {
-    const bool continued = hasEntryState_[id];
-    registers_ = continued ? entryState_[id].registers : Registers{};
+    const State& state = entryState_[id];
+    const bool continued = !state.inHome.empty();
+    registers_ = continued ? state.registers : Registers{};
     pinned_ = 0;
     locked_ = 0;
-    live_.assign(live_.size(), false);
-    inHome_.assign(inHome_.size(), false);
+    live_.assign(live_.size(), 0);
+    inHome_.assign(inHome_.size(), 0);
     for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
-        live_[liveness_.crossing[i]] = Liveness::has(liveness_.in[id], i);
-        inHome_[liveness_.crossing[i]] = !continued || entryState_[id].inHome[liveness_.crossing[i]];
+        live_[liveness_.crossing[i]] = liveness_.livesInto(id, i) ? 1 : 0;
+        inHome_[liveness_.crossing[i]] = !continued || hasBit(state.inHome.data(), i) ? 1 : 0;
     }
     for (unsigned i = 0; i < 8; ++i) {
         if (registers_.content[i].part != Part::none && !live_[registers_.content[i].value]) {
@@ -88,7 +88,7 @@ void Selector::startState(BlockId id) {
             }
         }
         pinned_ = static_cast<Mask>(pinned_ | pin.registers);
-        inHome_[pin.value] = !pin.changed;
+        inHome_[pin.value] = pin.changed ? 0 : 1;
     }
 }
 
@@ -99,7 +99,7 @@ void Selector::instruction(Ir& ir) {
         if (operand.usesValue()) {
             ++needed_[operand.id];
             if (operand.dies) {
-                live_[operand.id] = false;
+                live_[operand.id] = 0;
             }
         }
     });
@@ -206,7 +206,7 @@ void Selector::syncFor(BlockId target) {
     }
     for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
         const ValueId id = liveness_.crossing[i];
-        if (Liveness::has(liveness_.in[target], i) && pinOf(id) == 0 && inRegister(id)) {
+        if (liveness_.livesInto(target, i) && pinOf(id) == 0 && inRegister(id)) {
             storeHome(id);
         }
     }
@@ -233,7 +233,7 @@ void Selector::settleFor(BlockId target) {
         for (const Loop::Pin& pin : pins) {
             stays = stays || (pin.value == id && pin.changed && isThere(pin));
         }
-        if (Liveness::has(liveness_.in[target], i) && !stays && inRegister(id)) {
+        if (liveness_.livesInto(target, i) && !stays && inRegister(id)) {
             storeHome(id);
         }
     }
@@ -242,7 +242,7 @@ void Selector::settleFor(BlockId target) {
         while (liveness_.crossing[index] != pin.value) {
             ++index;
         }
-        if (!Liveness::has(liveness_.in[target], index) || isThere(pin)) {
+        if (!liveness_.livesInto(target, index) || isThere(pin)) {
             continue;
         }
         if (isWord(pin.value)) {
@@ -264,8 +264,12 @@ void Selector::settleFor(BlockId target) {
 
 void Selector::keepStateFor(BlockId target) {
     if (takesState(target)) {
-        entryState_[target] = {registers_, inHome_};
-        hasEntryState_[target] = true;
+        State& state = entryState_[target];
+        state.registers = registers_;
+        state.inHome.assign(liveness_.words, 0);
+        for (std::size_t i = 0; i < liveness_.crossing.size(); ++i) {
+            setBit(state.inHome.data(), i, inHome_[liveness_.crossing[i]] != 0);
+        }
     }
 }
 
@@ -317,7 +321,7 @@ void Selector::branch(Ir& ir) {
     }
     // The way that leaves or enters a loop gets the loads and stores that this takes.
     const Registers registers = registers_;
-    const std::vector<bool> inHome = inHome_;
+    const std::vector<std::uint8_t> inHome = inHome_;
     if (targetSame || otherSame) {
         const BlockId direct = targetSame ? ir.target : ir.other;
         const BlockId settled = targetSame ? ir.other : ir.target;

@@ -46,7 +46,7 @@ class Selector {
     /// How a block begins that goes on where its only predecessor ended.
     struct State {
         Registers registers;
-        std::vector<bool> inHome;
+        std::vector<std::uint32_t> inHome; ///< flags as in Liveness; none while the state is not known
     };
     /// What an operation on words or bytes left in the flags.
     struct Flags {
@@ -199,12 +199,11 @@ class Selector {
     Storage& storage_;
     Result result_;
     Registers registers_;
-    std::vector<bool> inHome_; ///< the home holds the value
-    std::vector<bool> live_;
+    std::vector<std::uint8_t> inHome_; ///< 1: the home holds the value
+    std::vector<std::uint8_t> live_;   ///< 1: it is
     std::vector<std::uint8_t> needed_; ///< operands of the current instruction that are still to be fetched
     std::vector<State> entryState_;    ///< by block, for those that take it
     std::vector<std::size_t> layoutPosition_; ///< by block
-    std::vector<bool> hasEntryState_;
     std::vector<Saved> borrowed_;
     Mask pinned_ = 0;
     Mask locked_ = 0;

@@ -225,8 +225,8 @@ void Selector::define(const Operand& dst, Pair p) {
     }
     forgetValue(dst.id);
     forget(p);
-    inHome_[dst.id] = false;
-    live_[dst.id] = resultUsed_;
+    inHome_[dst.id] = 0;
+    live_[dst.id] = resultUsed_ ? 1 : 0;
     if (pin != 0) {
         lock(p);
         returnBorrowed();
@@ -243,8 +243,8 @@ void Selector::define(const Operand& dst, Reg r) {
     const Mask pin = pinOf(dst.id);
     forgetValue(dst.id);
     forget(r);
-    inHome_[dst.id] = false;
-    live_[dst.id] = resultUsed_;
+    inHome_[dst.id] = 0;
+    live_[dst.id] = resultUsed_ ? 1 : 0;
     if (pin != 0) {
         lock(r);
         returnBorrowed();

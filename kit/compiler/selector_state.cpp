@@ -274,7 +274,7 @@ void Selector::storeHome(ValueId id) {
     } else if (!isWord(id) && findReg(id, r)) {
         storeReg(r, memory);
     }
-    inHome_[id] = true;
+    inHome_[id] = 1;
 }
 
 /// Saves every live value that has its only copy in one of these registers, and forgets the registers.

@@ -10,7 +10,8 @@ constexpr std::size_t stackReserve = 12 * 1024; // what the deepest leaf of pars
 
 SourceParser::SourceParser(Host& host, Arena& arena, const ParserOptions& options, BodyConsumer& consumer)
     : host_(host), arena_(arena), consumer_(consumer), features_(options.features),
-      mainFile_(options.mainFile), scanner_(host, names_, errors, options.pass) {
+      knownHidden_(options.hiddenVariables), mainFile_(options.mainFile),
+      scanner_(host, names_, errors, options.pass) {
     integer_ = {TypeKind::integer, 2, -32768, 32767, nullptr, nullptr, nullptr};
     byte_ = {TypeKind::integer, 1, 0, 255, &integer_, nullptr, nullptr};
     char_ = {TypeKind::character, 1, 0, 255, nullptr, nullptr, nullptr};
@@ -113,12 +114,47 @@ void SourceParser::block(Routine& routine) {
     noteOptions();
     if (routine.level == 0)
         programOptions = statementOptions_;
-    Stmt* statements = compoundStatement();
-    checkGotos();
-    if (!errors.failed())
-        consumer_.body(routine, statements);
+    if (!errors.failed() && knownHidden_ != nullptr && !consumer_.wants(routine))
+        passOverStatements(routine);
+    else
+        statementPart(routine);
     current_ = outer;
     lastLocal_ = outerLast;
+}
+
+void SourceParser::statementPart(Routine& routine) {
+    const std::size_t variables = variableFacts.size();
+    Stmt* statements = compoundStatement();
+    checkGotos();
+    if (errors.failed())
+        return;
+    if (hiddenVariables.size() <= routine.ordinal)
+        hiddenVariables.resize(routine.ordinal + std::size_t{1});
+    hiddenVariables[routine.ordinal] = static_cast<std::uint16_t>(variableFacts.size() - variables);
+    consumer_.body(routine, statements);
+}
+
+// From the first "begin" to its "end". What was right once needs only its brackets counted; the ordinals of
+// the variables that its statements made are left out, so that those behind it stay the same.
+void SourceParser::passOverStatements(const Routine& routine) {
+    std::size_t open = 0;
+    do {
+        const TokenKind kind = token_.kind;
+        if (kind == TokenKind::wordBegin || kind == TokenKind::wordCase)
+            ++open;
+        else if (kind == TokenKind::wordEnd)
+            --open;
+        advance();
+        // Behind an operand a caret follows a pointer; elsewhere it begins a control character, such as ^[.
+        const bool operand = kind == TokenKind::identifier || kind == TokenKind::rightBracket ||
+                             kind == TokenKind::rightParenthesis || kind == TokenKind::caret;
+        if (at(TokenKind::caret) && !operand)
+            scanner_.controlCharacter(token_);
+    } while (open > 0 && !at(TokenKind::endOfSource));
+    if (open > 0)
+        failHere(Error::unexpectedEnd);
+    if (routine.ordinal < knownHidden_->size())
+        variableFacts.resize(variableFacts.size() + (*knownHidden_)[routine.ordinal]);
 }
 
 // declaration = labelSection | constSection | typeSection | varSection | ['overlay'] routineDeclaration
@@ -189,6 +225,10 @@ const std::vector<VariableFacts>& Parser::variableFacts() const {
 
 const std::vector<std::vector<std::uint16_t>>& Parser::callees() const {
     return state_->parser.callees;
+}
+
+const std::vector<std::uint16_t>& Parser::hiddenVariables() const {
+    return state_->parser.hiddenVariables;
 }
 
 const std::vector<std::string>& Parser::files() const {

@@ -38,6 +38,7 @@ class SourceParser {
     bool chains = false;
     bool handsOutRoutines = false;
     std::vector<std::vector<std::uint16_t>> callees;
+    std::vector<std::uint16_t> hiddenVariables;
     std::uint8_t programOptions = 0;
     [[nodiscard]] std::uint32_t lineCount() const { return scanner_.lineCount(); }
 
@@ -102,6 +103,8 @@ class SourceParser {
     Name* expectIdentifier();
     void program();
     void block(Routine& routine);
+    void statementPart(Routine& routine);
+    void passOverStatements(const Routine& routine);
     void declarations();
 
     // scopes.cpp: names and what they mean
@@ -331,6 +334,7 @@ class SourceParser {
     Arena& arena_;
     BodyConsumer& consumer_;
     Features features_;
+    const std::vector<std::uint16_t>* knownHidden_;
     std::string_view mainFile_;
     NameTable names_;
     Scanner scanner_;
