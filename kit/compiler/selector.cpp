@@ -9,8 +9,8 @@ using z80::low;
 
 Selector::Selector(Function& function, const Liveness& liveness, Storage& storage)
     : function_(function), liveness_(liveness), storage_(storage), inHome_(function.values.size()),
-      live_(function.values.size()), needed_(function.values.size()), entryState_(function.blocks.size()) {
-    layoutPosition_.resize(function.blocks.size());
+      live_(function.values.size()), needed_(function.values.size()), entryState_(function.blocks.size()),
+      layoutPosition_(function.blocks.size()) {
     for (std::size_t i = 0; i < function.layout.size(); ++i) {
         layoutPosition_[function.layout[i]] = i;
     }
