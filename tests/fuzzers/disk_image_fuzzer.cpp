@@ -1,13 +1,17 @@
 // Any bytes as a disk image: what is on it is listed and extracted, then a file is added and one deleted.
 // Only the first sectors and the first clusters come from the bytes, since the rest is only content; the
-// image is padded to 720 kB.
+// image is padded to the size that its boot sector tells, since a small one is tried much sooner, at most to
+// 720 kB.
 #include "disk/disk_image.h"
 #include "fuzzer.h"
 
 using tavrel::fuzzing::require;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t imageSize = 737280;
+    constexpr std::size_t largest = 1440;
+    constexpr std::size_t sectorsAt = 19;
+    const std::size_t told = size < sectorsAt + 2 ? 0 : data[sectorsAt] + data[sectorsAt + 1] * 256U;
+    const std::size_t imageSize = (told == 0 || told > largest ? largest : told) * disk::sectorBytes;
     disk::Bytes bytes(data, data + std::min(size, imageSize));
     bytes.resize(imageSize);
     try {
