@@ -11,7 +11,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t largest = 1440;
     constexpr std::size_t sectorsAt = 19;
     const std::size_t told = size < sectorsAt + 2 ? 0 : data[sectorsAt] + data[sectorsAt + 1] * 256U;
-    const std::size_t imageSize = (told == 0 || told > largest ? largest : told) * disk::sectorBytes;
+    // Nothing told is left to the file allocation table's first byte; too much told is an image cut short.
+    const std::size_t sectors = told != 0 ? told : largest;
+    const std::size_t imageSize = size < sectorsAt + 2 || told > largest ? size : sectors * disk::sectorBytes;
     disk::Bytes bytes(data, data + std::min(size, imageSize));
     bytes.resize(imageSize);
     try {
