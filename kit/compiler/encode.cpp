@@ -35,8 +35,7 @@ class Encoder {
 
   private:
     static bool mayBeShort(const Instruction& i) {
-        return i.op == Op::djnz || (i.op == Op::jump && i.target == Target::local && i.x != 4 && i.x != 5 &&
-                                    i.x != 6 && i.x != 7);
+        return i.op == Op::jump && i.target == Target::local && i.x != 4 && i.x != 5 && i.x != 6 && i.x != 7;
     }
 
     void place() {
@@ -59,7 +58,7 @@ class Encoder {
     bool lengthen() {
         bool changed = false;
         for (std::size_t i = 0; i < code_.size(); ++i) {
-            if (isShort_[i] == 0 || code_[i].op == Op::djnz) {
+            if (isShort_[i] == 0) {
                 continue;
             }
             const std::int32_t d = distance(i);
@@ -178,16 +177,12 @@ class Encoder {
             return 0xEB;
         case Op::exAf:
             return 0x08;
-        case Op::exSpHl:
-            return 0xE3;
         case Op::neg:
             return 0xED44;
         case Op::cpl:
             return 0x2F;
         case Op::ccf:
             return 0x3F;
-        case Op::scf:
-            return 0x37;
         case Op::rla:
             return 0x17;
         case Op::rra:
@@ -198,10 +193,6 @@ class Encoder {
             return 0x0F;
         case Op::ldir:
             return 0xEDB0;
-        case Op::lddr:
-            return 0xEDB8;
-        case Op::jpHl:
-            return 0xE9;
         default:
             return 0;
         }
@@ -240,10 +231,6 @@ class Encoder {
         case Op::addHl:
             byte(0x09U + i.x * 16U);
             break;
-        case Op::adcHl:
-            byte(0xEDU);
-            byte(0x4AU + i.x * 16U);
-            break;
         case Op::sbcHl:
             byte(0xEDU);
             byte(0x42U + i.x * 16U);
@@ -264,10 +251,6 @@ class Encoder {
             break;
         case Op::jump:
             jumpBytes(index);
-            break;
-        case Op::djnz:
-            byte(0x10U);
-            byte(static_cast<unsigned>(distance(index)) & 0xFFU);
             break;
         case Op::call:
             byte(0xCDU);

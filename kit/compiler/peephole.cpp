@@ -40,14 +40,12 @@ bool hasEffect(const Instruction& i) {
     case Op::aluN:
     case Op::addHl:
     case Op::sbcHl:
-    case Op::adcHl:
     case Op::exDeHl:
     case Op::shift:
     case Op::bitTest:
     case Op::neg:
     case Op::cpl:
     case Op::ccf:
-    case Op::scf:
     case Op::rla:
     case Op::rra:
     case Op::rlca:
@@ -243,9 +241,8 @@ class Peephole {
                 continue;
             }
             const Instruction& instruction = code_[i];
-            const bool flow = instruction.op == Op::label || instruction.op == Op::jump ||
-                              instruction.op == Op::djnz || instruction.op == Op::bytes ||
-                              instruction.op == Op::jpHl;
+            const bool flow =
+                instruction.op == Op::label || instruction.op == Op::jump || instruction.op == Op::bytes;
             if (flow || instruction.op == Op::call || instruction.op == Op::ret) {
                 live = z80::everything;
                 continue;

@@ -47,7 +47,6 @@ Mask reads(const Instruction& i) {
     case Op::ldRegN:
         return i.op == Op::ldRegN ? addressing(i.x) : Mask{0};
     case Op::ldPairN:
-    case Op::scf:
         return 0;
     case Op::ldRegReg:
         return either(source(i.y) | addressing(i.x));
@@ -63,7 +62,6 @@ Mask reads(const Instruction& i) {
     case Op::ldPairA:
         return either(aBit | pairBits(i.x));
     case Op::ldSpHl:
-    case Op::jpHl:
         return hlBits;
     case Op::alu:
         // SUB A and XOR A give the same whatever A is; SBC A,A depends on the carry only.
@@ -85,15 +83,12 @@ Mask reads(const Instruction& i) {
         return pairBits(i.x);
     case Op::addHl:
         return either(hlBits | pairBits(i.x));
-    case Op::adcHl:
     case Op::sbcHl:
         return either(hlBits | pairBits(i.x) | flagsBit);
     case Op::exDeHl:
         return either(hlBits | bits(Pair::de));
     case Op::exAf:
         return either(aBit | flagsBit);
-    case Op::exSpHl:
-        return either(hlBits | stackBit | memoryBit);
     case Op::push:
         return either(pushBits(i.x) | stackBit);
     case Op::pop:
@@ -113,12 +108,9 @@ Mask reads(const Instruction& i) {
     case Op::rra:
         return either(aBit | flagsBit);
     case Op::ldir:
-    case Op::lddr:
         return either(hlBits | bits(Pair::de) | bits(Pair::bc) | memoryBit);
     case Op::jump:
         return static_cast<Condition>(i.x) == Condition::always ? Mask{0} : flagsBit;
-    case Op::djnz:
-        return bit(Reg::b);
     case Op::inC:
         return either(bits(Pair::bc) | memoryBit);
     case Op::outC:
@@ -164,7 +156,6 @@ Mask writes(const Instruction& i) {
     case Op::dec8:
         return either(destination(i.x) | flagsBit);
     case Op::addHl:
-    case Op::adcHl:
     case Op::sbcHl:
         return either(hlBits | flagsBit);
     case Op::exDeHl:
@@ -177,8 +168,6 @@ Mask writes(const Instruction& i) {
     case Op::rlca:
     case Op::rrca:
         return either(aBit | flagsBit);
-    case Op::exSpHl:
-        return either(hlBits | stackBit | memoryBit);
     case Op::push:
         return either(stackBit | memoryBit);
     case Op::pop:
@@ -187,13 +176,9 @@ Mask writes(const Instruction& i) {
         return either(destination(i.y) | flagsBit);
     case Op::bitTest:
     case Op::ccf:
-    case Op::scf:
         return flagsBit;
     case Op::ldir:
-    case Op::lddr:
         return either(hlBits | bits(Pair::de) | bits(Pair::bc) | memoryBit | flagsBit);
-    case Op::djnz:
-        return bit(Reg::b);
     case Op::inC:
         return either(bit(static_cast<Reg>(i.x)) | flagsBit);
     case Op::inN:
@@ -201,7 +186,6 @@ Mask writes(const Instruction& i) {
     case Op::outC:
     case Op::outN:
         return memoryBit;
-    case Op::jpHl:
     case Op::ret:
         return 0;
     case Op::call:
@@ -218,16 +202,13 @@ unsigned length(const Instruction& i, bool shortJump) {
         return i.x;
     case Op::ldRegN:
     case Op::aluN:
-    case Op::djnz:
     case Op::inC:
     case Op::outC:
     case Op::inN:
     case Op::outN:
-    case Op::adcHl:
     case Op::sbcHl:
     case Op::neg:
     case Op::ldir:
-    case Op::lddr:
     case Op::shift:
     case Op::bitTest:
         return 2;

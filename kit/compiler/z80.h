@@ -61,11 +61,9 @@ enum class Op : std::uint8_t {
     inc16,
     dec16,
     addHl,
-    adcHl,
     sbcHl,
     exDeHl,
     exAf,
-    exSpHl,
     push, ///< x; 3 = AF
     pop,
     shift,   ///< x = Shift, y = register
@@ -73,18 +71,14 @@ enum class Op : std::uint8_t {
     neg,
     cpl,
     ccf,
-    scf,
     rla,
     rra,
     rlca,
     rrca,
     ldir,
-    lddr,
     jump, ///< x = Condition, reference and n
-    djnz, ///< reference
     call, ///< reference and n; y = 1 when bytes follow that the callee skips
     ret,  ///< x = Condition
-    jpHl,
     inC,  ///< register x from port C
     outC, ///< register x to port C
     inN,  ///< A from port n
