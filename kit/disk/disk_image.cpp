@@ -1,6 +1,7 @@
 #include "disk/disk_image.h"
 
 #include <algorithm>
+#include <set>
 
 namespace disk {
 
@@ -145,7 +146,10 @@ std::string DiskImage::faultOf(const FileEntry& file, std::vector<bool>& used) c
 std::vector<std::string> DiskImage::faults() const {
     std::vector<std::string> found;
     std::vector<bool> used(geometry_.clusterCount() + 2);
+    std::set<Name83> names;
     for (const FileEntry& file : list()) {
+        if (!names.insert(file.name).second)
+            found.push_back(quoted(file.name) + " stands in the directory twice");
         if (std::string fault = faultOf(file, used); !fault.empty())
             found.push_back(std::move(fault));
     }

@@ -159,6 +159,18 @@ TEST(DiskImage, BothAllocationTablesAreTheSame) {
     EXPECT_TRUE(std::equal(at(firstFat), at(secondFat), at(secondFat)));
 }
 
+TEST(DiskImage, ANameThatStandsTwiceIsDamage) {
+    DiskImage image;
+    add(image, "A", {1});
+    add(image, "B", {2});
+    DiskImage damaged = changed(image, rootDirectory + 32, {'A'}); // B becomes A too
+    EXPECT_EQ(damaged.faults(), std::vector<std::string>{"A stands in the directory twice"});
+    const Bytes before = damaged.bytes();
+    EXPECT_THROW(add(damaged, "A", {3}), DiskError); // which of them would it replace?
+    EXPECT_EQ(damaged.bytes(), before);
+    EXPECT_EQ(contentOf(damaged, "A"), Bytes{1}) << "the first is what MSX-DOS sees";
+}
+
 TEST(DiskImage, ABrokenChainIsNamedAndNothingIsChanged) {
     DiskImage image;
     add(image, "A", pattern(3000, 1)); // clusters 2, 3, 4
