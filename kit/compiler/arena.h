@@ -24,9 +24,9 @@ class Arena {
     Arena& operator=(const Arena&) = delete;
     ~Arena();
 
-    /// `size` bytes, aligned for any pointer, zero-filled. Out of memory ends in the handler of operator new.
+    /// `size` bytes, aligned for pointers and all that is no larger, zero-filled. Out of memory ends in the
+    /// handler of operator new.
     void* allocate(std::size_t size) {
-        constexpr std::size_t alignment = alignof(std::max_align_t) < 8 ? alignof(std::max_align_t) : 8;
         size = (size + alignment - 1) & ~(alignment - 1);
         if (size > room_)
             nextChunk(size);
@@ -37,7 +37,7 @@ class Arena {
     }
 
     template <typename T, typename... Args> T* make(Args&&... args) {
-        static_assert(std::is_trivially_destructible_v<T>);
+        static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= alignment);
         return new (allocate(sizeof(T))) T{std::forward<Args>(args)...};
     }
 
@@ -56,6 +56,7 @@ class Arena {
         std::size_t size;
     };
     static constexpr std::size_t chunkSize = 8192;
+    static constexpr std::size_t alignment = alignof(void*);
 
     void nextChunk(std::size_t size);
     static void* cleared(char* place, std::size_t size);

@@ -51,7 +51,8 @@ Symbol* SourceParser::newRoutine(Name* name, Position position) {
     routine->level = static_cast<std::uint8_t>(current_->level + 1);
     routine->ordinal = static_cast<std::uint16_t>(routineCount_++);
     symbol->ordinal = routine->ordinal;
-    callees.emplace_back();
+    if (knownHidden_ == nullptr)
+        callees.emplace_back();
     return symbol;
 }
 

@@ -119,6 +119,8 @@ void SourceParser::noteAccess(const Expr& designator, Access access) {
 }
 
 void SourceParser::noteCall(const Routine& callee) {
+    if (knownHidden_ != nullptr)
+        return; // a former pass has told who calls whom
     std::vector<std::uint16_t>& list = callees[current_->ordinal];
     for (const std::uint16_t ordinal : list)
         if (ordinal == callee.ordinal)

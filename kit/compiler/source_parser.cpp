@@ -128,9 +128,11 @@ void SourceParser::statementPart(Routine& routine) {
     checkGotos();
     if (errors.failed())
         return;
-    if (hiddenVariables.size() <= routine.ordinal)
-        hiddenVariables.resize(routine.ordinal + std::size_t{1});
-    hiddenVariables[routine.ordinal] = static_cast<std::uint16_t>(variableFacts.size() - variables);
+    if (knownHidden_ == nullptr) {
+        if (hiddenVariables.size() <= routine.ordinal)
+            hiddenVariables.resize(routine.ordinal + std::size_t{1});
+        hiddenVariables[routine.ordinal] = static_cast<std::uint16_t>(variableFacts.size() - variables);
+    }
     consumer_.body(routine, statements);
 }
 
