@@ -18,7 +18,8 @@ void SourceParser::routineDeclaration(bool overlay) {
     const bool function = at(TokenKind::wordFunction);
     advance();
     const Position position = token_.position;
-    Symbol* symbol = routineHeading(function);
+    Arena::Mark heading;
+    Symbol* symbol = routineHeading(function, heading);
     if (symbol == nullptr || errors.failed())
         return;
     Routine& routine = *symbol->routine;
@@ -35,6 +36,12 @@ void SourceParser::routineDeclaration(bool overlay) {
         externalPart(routine);
     } else {
         routineBody(routine);
+        if (isPassedOver(routine) && !errors.failed()) {
+            routine.parameters = nullptr; // nobody calls it
+            routine.result = nullptr;
+            symbol->type = &untyped_;
+            arena_.release(heading);
+        }
     }
     expectSemicolon();
 }
@@ -57,8 +64,9 @@ Symbol* SourceParser::newRoutine(Name* name, Position position) {
 }
 
 // heading = ('procedure' | 'function') identifier [parameters] [':' typeIdentifier] ';'
-// The body of a forward routine repeats the identifier only.
-Symbol* SourceParser::routineHeading(bool function) {
+// The body of a forward routine repeats the identifier only. `mark`: what comes behind it is the routine's
+// alone.
+Symbol* SourceParser::routineHeading(bool function, Arena::Mark& mark) {
     const Position position = token_.position;
     Name* name = expectIdentifier();
     if (name == nullptr)
@@ -69,9 +77,11 @@ Symbol* SourceParser::routineHeading(bool function) {
         if (function != (before->routine->result != nullptr))
             fail(Error::duplicateIdentifier, position, name->text);
         expectSemicolon();
+        mark = arena_.mark();
         return before;
     }
     Symbol* symbol = newRoutine(name, position);
+    mark = arena_.mark();
     Routine& routine = *symbol->routine;
     Routine* outer = current_;
     current_ = &routine; // it owns its parameters

@@ -114,7 +114,7 @@ void SourceParser::block(Routine& routine) {
     noteOptions();
     if (routine.level == 0)
         programOptions = statementOptions_;
-    if (!errors.failed() && knownHidden_ != nullptr && !consumer_.wants(routine))
+    if (!errors.failed() && isPassedOver(routine))
         passOverStatements(routine);
     else
         statementPart(routine);

@@ -104,6 +104,9 @@ class SourceParser {
     void program();
     void block(Routine& routine);
     void statementPart(Routine& routine);
+    [[nodiscard]] bool isPassedOver(const Routine& routine) const {
+        return knownHidden_ != nullptr && !consumer_.wants(routine);
+    }
     void passOverStatements(const Routine& routine);
     void declarations();
 
@@ -170,7 +173,7 @@ class SourceParser {
 
     // routines.cpp
     void routineDeclaration(bool overlay);
-    Symbol* routineHeading(bool function);
+    Symbol* routineHeading(bool function, Arena::Mark& mark);
     Symbol* newRoutine(Name* name, Position position);
     void parameterList(Routine& routine);
     void parameterGroup(Routine& routine, Symbol*& last);
