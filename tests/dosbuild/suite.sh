@@ -26,6 +26,21 @@ nasm -f bin -o "$work/CONSOLE.COM" "$root/tests/dosbuild/console.asm" || exit 1
   for ((line = 2; line < 400; ++line)); do echo "  WriteLn($line);"; done
   echo 'end.'
 } > "$work/LONG.PAS"
+# As much as a library of one's own grows to: 25,000 lines, 2,000 names. The symbols must leave room in DOS for the rest.
+awk -v count=1000 'BEGIN {
+  print "program Large;\nvar"
+  for (i = 1; i <= count; i++) printf "  Global%d: Integer;\n", i
+  for (i = 1; i <= count; i++) {
+    printf "{ Work%d adds what it is given\n  to a variable of its own,\n  and gives the sum back. }\n", i
+    printf "function Work%d(x: Integer): Integer;\nvar\n  k: Integer;\nbegin\n  k := x;\n", i
+    for (j = 0; j < 3; j++)
+      printf "  if k > 10 then\n    k := k - Global%d\n  else\n    k := k + %d;\n", i, j
+    printf "  Global%d := Global%d + k;\n  Work%d := Global%d;\nend;\n\n", i, i, i, i
+  }
+  print "begin"
+  for (i = 1; i <= count; i += 40) printf "  WriteLn(Work%d(%d));\n", i, i
+  print "end."
+}' > "$work/LARGE.PAS"
 {
   printf '@echo off\r\n'
   for source in "$work"/*.PAS; do
