@@ -76,6 +76,14 @@ void Arena::release(Mark mark) {
     room_ = chunks_[mark.chunk].size - mark.used;
 }
 
+void Arena::trim() {
+    while (chunks_.size() > current_ + 1) {
+        allow(chunks_.back().memory, chunks_.back().size);
+        delete[] chunks_.back().memory;
+        chunks_.pop_back();
+    }
+}
+
 std::size_t Arena::capacity() const {
     std::size_t bytes = 0;
     for (const Chunk& chunk : chunks_)

@@ -47,6 +47,8 @@ class Arena {
     [[nodiscard]] Mark mark() const;
     /// Gives back everything allocated since `mark`.
     void release(Mark mark);
+    /// Gives the memory behind the last allocation back to the system.
+    void trim();
     /// Bytes taken from the system so far.
     [[nodiscard]] std::size_t capacity() const;
 

@@ -16,14 +16,14 @@ class SurveyConsumer : public BodyConsumer {
     void enterRoutine(Routine&) override {}
     void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
-    void body(Routine&, Stmt*) override {}
+    void body(Routine&, Stmt*, Arena::Mark) override {}
 };
 
 /// The second pass: code for every routine that the program reaches.
 class CodeConsumer : public BodyConsumer {
   public:
-    CodeConsumer(const Survey& survey, const CompileOptions& options)
-        : survey_(survey), storage_(survey, options.end), image_(options.start, options.end),
+    CodeConsumer(const Survey& survey, const CompileOptions& options, Arena& arena)
+        : survey_(survey), arena_(arena), storage_(survey, options.end), image_(options.start, options.end),
           wantsLines_(options.wantsLines) {}
 
     void enterRoutine(Routine&) override {}
@@ -40,11 +40,11 @@ class CodeConsumer : public BodyConsumer {
         return routine.ordinal >= survey_.routines.size() || survey_.routines[routine.ordinal].used;
     }
 
-    void body(Routine& routine, Stmt* statements) override {
+    void body(Routine& routine, Stmt* statements, Arena::Mark tree) override {
         if (!survey_.routines[routine.ordinal].used || failed_.line != 0) {
             return;
         }
-        Selector::Result selected = machineCode(routine, statements);
+        Selector::Result selected = machineCode(routine, statements, tree);
         if (failed_.line != 0) {
             return;
         }
@@ -57,14 +57,22 @@ class CodeConsumer : public BodyConsumer {
     Storage& storage() { return storage_; }
 
   private:
-    /// The intermediate code is gone when the peephole begins, which matters in DOS.
-    Selector::Result machineCode(Routine& routine, Stmt* statements) {
+    Function intermediateCode(Routine& routine, Stmt* statements) {
         Lowering lowering(storage_, routine);
         Function function = lowering.run(statements);
         failed_ = lowering.untranslatable();
+        return function;
+    }
+
+    /// The tree is gone when instructions are chosen, and the intermediate code when the peephole begins: in
+    /// DOS a long body would not have room for all of them.
+    Selector::Result machineCode(Routine& routine, Stmt* statements, Arena::Mark tree) {
+        Function function = intermediateCode(routine, statements);
         if (failed_.line != 0) {
             return {};
         }
+        arena_.release(tree);
+        arena_.trim();
         coalesceCopies(function);
         tidyBlocks(function);
         sinkStackCheck(function);
@@ -91,6 +99,7 @@ class CodeConsumer : public BodyConsumer {
     }
 
     const Survey& survey_;
+    Arena& arena_;
     Storage storage_;
     Image image_;
     bool wantsLines_;
@@ -177,7 +186,7 @@ CompileResult compile(Host& host, const CompileOptions& options) {
     parserOptions.pass = 2;
     parserOptions.hiddenVariables = &hiddenVariables;
     Arena arena;
-    CodeConsumer consumer(survey, options);
+    CodeConsumer consumer(survey, options, arena);
     Parser parser(host, arena, parserOptions, consumer);
     const bool ok = parser.run();
     if (ok && consumer.failed().line != 0) {

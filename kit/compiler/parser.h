@@ -35,7 +35,9 @@ class BodyConsumer {
     virtual void globalVariable(Symbol& variable) = 0;
     /// A typed constant whose bytes are complete (Symbol::text, Type::size bytes).
     virtual void typedConstant(Symbol& constant) = 0;
-    virtual void body(Routine& routine, Stmt* statements) = 0;
+    /// All that the arena holds from `tree` on belongs to the statements, and the consumer may give it back
+    /// early.
+    virtual void body(Routine& routine, Stmt* statements, Arena::Mark tree) = 0;
     /// Whether the statements of a routine are wanted. Those that are not are passed over: they must be known
     /// to be right, and there is no call of body().
     virtual bool wants(const Routine&) { return true; }

@@ -124,6 +124,7 @@ void SourceParser::block(Routine& routine) {
 
 void SourceParser::statementPart(Routine& routine) {
     const std::size_t variables = variableFacts.size();
+    const Arena::Mark tree = arena_.mark();
     Stmt* statements = compoundStatement();
     checkGotos();
     if (errors.failed())
@@ -133,7 +134,7 @@ void SourceParser::statementPart(Routine& routine) {
             hiddenVariables.resize(routine.ordinal + std::size_t{1});
         hiddenVariables[routine.ordinal] = static_cast<std::uint16_t>(variableFacts.size() - variables);
     }
-    consumer_.body(routine, statements);
+    consumer_.body(routine, statements, tree);
 }
 
 // From the first "begin" to its "end". What was right once needs only its brackets counted; the ordinals of

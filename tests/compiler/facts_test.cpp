@@ -55,7 +55,7 @@ class OptionConsumer : public BodyConsumer {
     void enterRoutine(Routine&) override {}
     void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
-    void body(Routine&, Stmt* statements) override { walk(statements); }
+    void body(Routine&, Stmt* statements, Arena::Mark) override { walk(statements); }
     std::string calls;
 
   private:
@@ -92,7 +92,7 @@ class CountingConsumer : public BodyConsumer {
     void enterRoutine(Routine&) override {}
     void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
-    void body(Routine&, Stmt*) override { ++bodies; }
+    void body(Routine&, Stmt*, Arena::Mark) override { ++bodies; }
     int bodies = 0;
 };
 

@@ -70,7 +70,7 @@ class DumpConsumer : public BodyConsumer {
         }
         constants += "\n";
     }
-    void body(Routine& routine, Stmt* statements) override {
+    void body(Routine& routine, Stmt* statements, Arena::Mark) override {
         text += routine.symbol == nullptr ? "program\n" : std::string(routine.symbol->name->text) + "\n";
         text += dumpStatements(statements->body, 1);
     }
