@@ -12,7 +12,7 @@ namespace tavrel::test {
 class TemporaryFolder {
   public:
     TemporaryFolder() {
-        static int counter = 0;
+        static int counter = 10'000; // names of one length, since files hold the lengths of paths
         std::filesystem::path folder;
         do {
             folder = std::filesystem::temp_directory_path() / ("tavrel-test-" + std::to_string(++counter));
