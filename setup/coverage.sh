@@ -16,6 +16,7 @@ command -v "$gcov" > /dev/null || gcov=gcov
 command -v "$gcov" > /dev/null || die "gcov is missing, which comes with the compiler: apt-get install g++"
 rm -rf "$results"
 mkdir -p "$results"
+start_report "$results"
 
 run_tests() {
   local path name
@@ -30,8 +31,8 @@ run_tests() {
 }
 
 check build/coverage "$results/build.log" setup/build.sh coverage
-if ((failed > 0)); then
-  report
+if ! report > "$results/build-report.txt"; then
+  cat "$results/build-report.txt"
   exit 1
 fi
 find "$tree" -name '*.gcda' -delete # counters of an earlier run, or of objects that are no more

@@ -1,21 +1,23 @@
 # Sourced by ./test: counts test cases, keeps what failed.
 # shellcheck shell=bash
 
-passed=0
-failed=0
-failures=()
+# start_report FOLDER: begins a count; records of several processes go into one file there.
+start_report() {
+  records=$1/records.txt
+  : > "$records"
+}
 
-# record NAME PASSED FAILED LOG: adds up, and shows the log of what failed. Indented, because a log may hold a line
-# that looks like the final one.
+# record NAME PASSED FAILED LOG: notes the counts, and shows the log of what failed. Indented, because a log may hold a
+# line that looks like the final one. The lock keeps the texts of lanes that run side by side apart.
 record() {
-  local name=$1 log=$4
-  passed=$((passed + $2))
-  failed=$((failed + $3))
-  printf '%-40s %s passed, %s failed\n' "$name" "$2" "$3"
-  if (($3 > 0)); then
-    failures+=("$name")
-    if [[ -s $log ]]; then tail -n 200 "$log" | sed 's/^/    /'; fi
-  fi
+  local name=$1 log=$4 now=$SECONDS
+  {
+    flock 9
+    printf '%s %s %s\n' "$2" "$3" "$name" >&9
+    printf '%-40s %s passed, %s failed (%d s)\n' "$name" "$2" "$3" $((now - ${recorded_at:-0}))
+    if (($3 > 0)) && [[ -s $log ]]; then tail -n 200 "$log" | sed 's/^/    /'; fi
+  } 9>> "$records"
+  recorded_at=$now
 }
 
 # check NAME LOG COMMAND...: a command that is one test case.
@@ -111,10 +113,12 @@ ctest_others() {
 
 # report: the failing names and the last line; returns whether all is well.
 report() {
-  if ((${#failures[@]})); then
-    echo "Failed:"
-    printf '  %s\n' "${failures[@]}"
-  fi
-  echo "$passed passed, $failed failed"
-  ((failed == 0 && passed > 0))
+  awk '
+    { passed += $1; failed += $2 }
+    $2 > 0 { sub(/^[0-9]+ [0-9]+ /, ""); names = names "  " $0 "\n" }
+    END {
+      if (names != "") printf "Failed:\n%s", names
+      printf "%d passed, %d failed\n", passed, failed
+      exit failed > 0 || passed == 0
+    }' "$records"
 }

@@ -3,6 +3,7 @@
 # programs of tests/pascal, which must write the same there as in msxrun. Pictures lie in out/console afterwards.
 # Needs out/bin/tp3, pasmo, openMSX.   tests/console/suite.sh [FILTER]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 here=$root/tests/console

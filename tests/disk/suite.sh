@@ -2,6 +2,7 @@
 # The disk tool against mtools, and against a world where writing fails.
 #   tests/disk/suite.sh [dsktool]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 tool=${1:-${TAVREL_DSKTOOL:-$root/out/bin/dsktool}}

@@ -2,6 +2,7 @@
 # Runs the DOS programs of a build tree in DOSBox, with the configuration that the product uses.
 #   tests/dos/suite.sh [folder with the programs]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 programs=${1:-$root/out/build/dos/kit/dos}

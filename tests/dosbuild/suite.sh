@@ -4,6 +4,7 @@
 # tells on the console meanwhile, which must not get into the file of its standard output.
 #   tests/dosbuild/suite.sh [folder with TP3.EXE]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 programs=${1:-$root/out/build/dos/kit/dos}

@@ -1,6 +1,7 @@
 #!/bin/bash
 # The reduced cases, and 200 random programs that must do the same when Free Pascal compiles them. The last line is
 # "N passed, N failed".
+# Needs no display.
 set -uo pipefail
 cd "$(dirname "$0")/../.." || exit 1
 source setup/lib.sh

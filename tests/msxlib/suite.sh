@@ -4,6 +4,7 @@
 # with what expect.pl works out by itself. Pictures of all lie in out/msxlib afterwards.
 # Needs out/bin/tp3 and msxrun, pasmo, Perl, openMSX, ImageMagick.   tests/msxlib/suite.sh [FILTER]
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 here=$root/tests/msxlib

@@ -4,6 +4,7 @@
 #   tests/pascal/suite.sh [FILTER]         every program, or those whose name contains FILTER
 #   tests/pascal/suite.sh --show FILE.PAS  what the program prints, as it would stand in its text
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(cd "$here/../.." && pwd)

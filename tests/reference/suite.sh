@@ -3,6 +3,7 @@
 # names, and that every example does what the book says. Needs out/bin/tp3, out/bin/msxrun and out/Tavrel.
 #   tests/reference/suite.sh [TOPIC]   with a topic's name only its examples
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
+# Needs no display.
 set -u
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(cd "$here/../.." && pwd)
