@@ -26,9 +26,6 @@ class OutputFile {
     virtual void close() = 0;
 };
 
-/// What the names of files begin with that are written beside the one whose place they take.
-constexpr std::string_view unfinishedPrefix = "~tavrel";
-
 class FileSystem {
   public:
     virtual ~FileSystem() = default;

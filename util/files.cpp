@@ -1,5 +1,6 @@
 #include "util/files.h"
 
+#include "files/temporary_name.h"
 #include "util/file_system.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
@@ -100,8 +101,8 @@ void deleteFileIfPossible(const std::string& path) noexcept {
 
 void deleteUnfinishedFiles(const std::string& folder) {
     const std::string base = AddBackslash(folder);
-    for (const FolderEntry& entry : listFolder(base, std::string(unfinishedPrefix) + "*")) {
-        if (!entry.isFolder)
+    for (const FolderEntry& entry : listFolder(base, std::string(files::temporaryFilePattern))) {
+        if (!entry.isFolder && files::isTemporaryFileName(entry.name))
             deleteFileIfPossible(base + entry.name);
     }
 }

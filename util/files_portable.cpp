@@ -1,4 +1,5 @@
 // Files outside Windows, for tests of the pure code.
+#include "files/temporary_name.h"
 #include "util/file_system.h"
 #include "util/files.h"
 
@@ -90,11 +91,7 @@ class PortableOutput : public OutputFile {
     PortableOutput(const PortableOutput&) = delete;
     PortableOutput& operator=(const PortableOutput&) = delete;
 
-    /// Makes a file of its own from the pattern that its path is.
-    bool makeUnique() {
-        file_ = mkstemp(path_.data());
-        return file_ >= 0;
-    }
+    void take(int file) { file_ = file; }
     const std::string& path() const override { return path_; }
     std::size_t write(std::string_view bytes) override {
         const ssize_t count = ::write(file_, bytes.data(), bytes.size());
@@ -147,12 +144,19 @@ class PortableFiles : public FileSystem {
         return (status.st_mode & S_IWUSR) == 0 ? TargetKind::readOnlyFile : TargetKind::file;
     }
     std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
-        // Complete but for the file, which memory that runs out now would leave behind.
-        auto fresh = std::make_unique<PortableOutput>(-1, systemPath(GetFilePath(path)) +
-                                                              std::string(unfinishedPrefix) + "XXXXXX");
-        if (!fresh->makeUnique())
-            fail(errno, path);
-        return fresh;
+        static std::uint32_t count = static_cast<std::uint32_t>(getpid()) << 16;
+        const std::string folder = systemPath(GetFilePath(path));
+        for (;;) {
+            // Complete except for the file, which would stay if memory ran out after it was made.
+            auto fresh = std::make_unique<PortableOutput>(-1, folder + files::temporaryFileName(count++));
+            const int file = open(fresh->path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+            if (file >= 0) {
+                fresh->take(file);
+                return fresh;
+            }
+            if (errno != EEXIST)
+                fail(errno, path);
+        }
     }
     std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
         const int file = open(systemPath(path).c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);

@@ -1,3 +1,4 @@
+#include "files/temporary_name.h"
 #include "util/file_system.h"
 #include "util/files.h"
 
@@ -132,12 +133,10 @@ class WindowsFiles : public FileSystem {
         if (folder.empty())
             folder = ".";
         folder = AddBackslash(folder);
-        static unsigned count = 0;
+        static std::uint32_t count = static_cast<std::uint32_t>(GetCurrentProcessId()) << 16;
         for (;;) {
             // Complete but for the file, which memory that runs out now would leave behind.
-            auto fresh = std::make_unique<WindowsOutput>(nullptr, folder + std::string(unfinishedPrefix) +
-                                                                      std::to_string(GetCurrentProcessId()) +
-                                                                      "-" + std::to_string(count++));
+            auto fresh = std::make_unique<WindowsOutput>(nullptr, folder + files::temporaryFileName(count++));
             // Nobody else may take it away as a leftover while it is written.
             HANDLE const handle = CreateFileA(fresh->path().c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                               CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -216,11 +216,11 @@ TEST_F(StartUp, MissingSettingsAreNotMade) {
 
 TEST_F(StartUp, WhatAKilledSaveLeftIsTakenAway) {
     program.makeFolder("compiler");
-    program.write("~tavrel5-1", "x");
-    program.write("compiler\\~tavrel5-2", "x");
+    program.write("~tavrel-00050001.tmp", "x");
+    program.write("compiler\\~tavrel-00050002.tmp", "x");
     start();
-    EXPECT_FALSE(program.has("~tavrel5-1"));
-    EXPECT_FALSE(program.has("compiler\\~tavrel5-2"));
+    EXPECT_FALSE(program.has("~tavrel-00050001.tmp"));
+    EXPECT_FALSE(program.has("compiler\\~tavrel-00050002.tmp"));
 }
 
 TEST_F(StartUp, EmptySettingsGiveAReadableFont) {

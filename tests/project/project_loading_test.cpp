@@ -31,9 +31,9 @@ TEST(ProjectLoading, AMainFileWithoutDirectivesGivesTwoNodes) {
 
 TEST(ProjectLoading, WhatAKilledSaveLeftIsTakenAway) {
     TestWorkspace test;
-    test.folder.write("~tavrel5-1", "begi");
+    test.folder.write("~tavrel-00050001.tmp", "begi");
     LoadProject(test.workspace, test.folder.write("M.PAS", "begin\r\nend.\r\n"));
-    EXPECT_FALSE(test.folder.has("~tavrel5-1"));
+    EXPECT_FALSE(test.folder.has("~tavrel-00050001.tmp"));
     EXPECT_EQ(test.editor.content, "begin\r\nend.\r\n");
 }
 

@@ -194,12 +194,15 @@ TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
 
 TEST(Files, OnlyUnfinishedFilesAreTakenAway) {
     const test::TemporaryFolder folder;
-    for (const char* const name : {"~tavrel12-0", "~TAVREL9-77", "~TAVERN.PAS", "TAVREL.PAS", "A.TMP"})
+    const std::string leftover = "~tavrel-002a0007.tmp";
+    const std::array<const char*, 6> others = {"~tavrel12-0", "~tavrel-notes.tmp", "~tavrel.pas",
+                                               "~TAVERN.PAS", "TAVREL.PAS",        "A.TMP"};
+    folder.write(leftover, "x");
+    for (const char* const name : others)
         folder.write(name, "x");
     deleteUnfinishedFiles(folder.path());
-    EXPECT_FALSE(folder.has("~tavrel12-0"));
-    EXPECT_FALSE(folder.has("~TAVREL9-77"));
-    for (const char* const name : {"~TAVERN.PAS", "TAVREL.PAS", "A.TMP"})
+    EXPECT_FALSE(folder.has(leftover));
+    for (const char* const name : others)
         EXPECT_TRUE(folder.has(name)) << name;
     deleteUnfinishedFiles(folder.path() + "NOWHERE"); // says nothing
 }
