@@ -19,6 +19,8 @@ tarball() { sed -nE "s/^([0-9a-f]{64})  ($1_.*)\$/  \2\n  SHA-256 \1/p" "$TAVREL
 Licences of what others wrote and Tavrel brings along
 =====================================================
 
+Tavrel itself is under the MIT licence: see license.txt.
+
 Tavrel.exe contains            Scintilla, Lexilla
 compiler\\DOSBox-0.74\\DOSBox.exe is  DOSBox, a separate program, and contains SDL 1.2
 every .exe contains            parts of the libraries of GCC and mingw-w64

@@ -1,7 +1,7 @@
 #!/bin/bash
 # assemble.sh [FOLDER ARCHITECTURE]: lays out the program folder, out/Tavrel for x86_64, as it is delivered; FOLDER.files
 # becomes the list of what is delivered. Only files that differ are copied; a file
-# that no longer belongs there is taken away; what the program itself wrote there stays. A missing piece is named.
+# that no longer belongs there is removed; what the program itself wrote there stays. A missing piece is named.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 folder=${1:-$TAVREL_OUT/Tavrel}
@@ -33,6 +33,8 @@ dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox "$architecture" --path)
 licences=$build/licences-$architecture.txt
 if ! "$TAVREL_ROOT/packaging/licences.sh" "$architecture" > "$licences"; then rm -f "$licences"; fi
 
+sed 's/$/\r/' "$TAVREL_ROOT/LICENSE" | write_if_changed "$build/license.txt"
+
 put "$windows/app/Tavrel.exe" Tavrel.exe
 put "$windows/app/tavrel.ico" tavrel.ico
 put "$windows/kit/image/msximg.exe" msximg.exe
@@ -41,6 +43,7 @@ put "$build/dos/kit/dos/DOS2CASH.COM" compiler/DOS2CASH.COM
 put "$build/tools/kit/runtime/RUNTIME.COM" compiler/RUNTIME.COM
 put "$dosbox/bin/DOSBox.exe" compiler/DOSBox-0.74/DOSBox.exe
 put "$dosbox/share/COPYING" compiler/DOSBox-0.74/COPYING.txt
+put "$build/license.txt" license.txt
 put "$licences" licences.txt
 put "$build/reference/tp3reference.chm" tp3reference.chm
 put "$build/reference/autocomplete.txt" help/autocomplete.txt

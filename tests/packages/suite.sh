@@ -49,6 +49,7 @@ programs() {
     same "$name needs no DLL but those of Windows" "" "$(x86_64-w64-mingw32-objdump -p "$program/$name" |
       sed -n 's/.*DLL Name: //p' | grep -v -i -x -E "($windows_libraries)\.dll")"
   done
+  same "Tavrel's own licence lies beside it" "$(cat "$root/LICENSE")" "$(tr -d '\r' < "$program/license.txt")"
   text=$(tr -d '\r' < "$program/licences.txt")
   holds "the licences name the package of sources" "Tavrel-$version-sources.zip" "$text"
   for name in "GNU GENERAL PUBLIC LICENSE" "GNU LESSER GENERAL PUBLIC LICENSE" \
