@@ -1,0 +1,31 @@
+# Stops the build where a part of the disk system has outgrown its place; prints what is free.
+#   cmake -DROM=disk.rom -DSYMBOLS=disk.sym -P check_layout.cmake
+function(value name result)
+  file(STRINGS "${SYMBOLS}" line REGEX "^${name}[ \t]+EQU")
+  if(NOT line MATCHES "EQU 0?([0-9A-F]+)H")
+    message(FATAL_ERROR "${name} is not in ${SYMBOLS}")
+  endif()
+  math(EXPR number "0x${CMAKE_MATCH_1}")
+  set(${result} ${number} PARENT_SCOPE)
+endfunction()
+
+# fits WHAT END LIMIT: END must not lie above LIMIT.
+function(fits what end limit)
+  value(${end} at)
+  value(${limit} most)
+  math(EXPR free "${most} - ${at}")
+  if(free LESS 0)
+    message(FATAL_ERROR "the disk system's ${what}: too large by ${free} bytes")
+  endif()
+  message(STATUS "disk system, ${what}: ${free} bytes free")
+endfunction()
+
+file(SIZE "${ROM}" size)
+if(NOT size EQUAL 16384)
+  message(FATAL_ERROR "the disk ROM has ${size} bytes")
+endif()
+fits("ROM" codeEnd codeLimit)
+fits("resident part" residentEnd residentLimit)
+fits("variables" variablesEnd errorVector)
+fits("variables above the vectors" lowEnd ramSlots)
+fits("variables below the parameter blocks' table" highEnd dpbTable)

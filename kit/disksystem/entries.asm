@@ -1,0 +1,8 @@
+; The driver's published entries.
+
+entryTransfer:
+entryChanged:
+entryParameters:
+entryChoice:
+entryFormat:
+        ret
