@@ -63,6 +63,7 @@ Disk::Disk(const std::filesystem::path& folder, std::uint64_t freeBytes)
     if (folder_ < 0) {
         throw std::system_error(errno, std::generic_category(), folder.string());
     }
+    refreshDirectory();
 }
 
 Disk::~Disk() {
@@ -101,6 +102,33 @@ std::vector<std::string> Disk::hostNames() const {
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+/// Brings the places of the directory up to date with the folder, in which others may have made and deleted
+/// files.
+void Disk::refreshDirectory() {
+    std::vector<std::string> present = hostNames();
+    for (std::string& place : directory_) {
+        const auto known = std::lower_bound(present.begin(), present.end(), place);
+        if (known != present.end() && *known == place) {
+            present.erase(known);
+        } else {
+            place.clear();
+        }
+    }
+    auto place = directory_.begin();
+    for (std::string& name : present) {
+        place = std::find(place, directory_.end(), "");
+        if (place == directory_.end()) {
+            place = directory_.insert(place, std::move(name));
+        } else {
+            *place = std::move(name);
+        }
+    }
+}
+
+void Disk::replaceInDirectory(const std::string& hostName, const std::string& newName) {
+    std::replace(directory_.begin(), directory_.end(), hostName, newName);
 }
 
 std::optional<std::string> Disk::hostNameOf(const Name83& name) const {
@@ -165,7 +193,8 @@ std::vector<DirectoryEntry> Disk::list(const Name83& pattern) {
         }
         return entries;
     }
-    for (const std::string& hostName : hostNames()) {
+    refreshDirectory();
+    for (const std::string& hostName : directory_) {
         const auto name = nameFromHost(hostName);
         const auto isListed = [&](const DirectoryEntry& entry) { return entry.name == *name; };
         // Two host names that differ in case only are one name here.
@@ -188,6 +217,7 @@ std::optional<DirectoryEntry> Disk::create(const Name83& name) {
         return std::nullopt;
     }
     ::close(descriptor);
+    refreshDirectory();
     if (File* file = fileAt(clusterOf(hostName))) {
         file->unclosed = false;
     }
@@ -199,6 +229,7 @@ bool Disk::remove(const Name83& name) {
     if (!hostName || unlinkat(folder_, hostName->c_str(), 0) != 0) {
         return false;
     }
+    replaceInDirectory(*hostName, "");
     for (File& file : files_) {
         if (file.present && file.hostName == *hostName) {
             file.present = false;
@@ -220,6 +251,7 @@ bool Disk::rename(const Name83& from, const Name83& to) {
     if (renameat(folder_, hostName->c_str(), folder_, newName.c_str()) != 0) {
         return false;
     }
+    replaceInDirectory(*hostName, newName);
     for (File& file : files_) {
         if (file.present && file.hostName == *hostName) {
             file.hostName = newName;

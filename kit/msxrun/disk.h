@@ -41,7 +41,8 @@ class Disk {
     Disk(const Disk&) = delete;
     Disk& operator=(const Disk&) = delete;
 
-    /// The entries that fit the pattern, in the order of their host names.
+    /// The entries that fit the pattern, in the order of the directory: at first that of the host names; a
+    /// new file takes the first place that a deleted one has left, a renamed one keeps its own.
     std::vector<DirectoryEntry> list(const Name83& pattern);
     /// Makes an empty file, or empties the one that is there.
     std::optional<DirectoryEntry> create(const Name83& name);
@@ -81,6 +82,8 @@ class Disk {
     const File* fileAt(unsigned cluster) const;
     File* fileAt(unsigned cluster);
     std::vector<std::string> hostNames() const;
+    void refreshDirectory();
+    void replaceInDirectory(const std::string& hostName, const std::string& newName);
     std::optional<std::string> hostNameOf(const Name83& name) const;
     std::uint16_t clusterOf(const std::string& hostName);
     std::optional<DirectoryEntry> entryOf(const std::string& hostName, const Name83& name);
@@ -92,7 +95,8 @@ class Disk {
 
     int folder_ = -1;
     std::uint64_t freeBytes_;
-    std::vector<File> files_; ///< index = cluster - 2: a disk's first cluster has the number 2
+    std::vector<std::string> directory_; ///< a host name for each place, empty where a file was deleted
+    std::vector<File> files_;            ///< index = cluster - 2: a disk's first cluster has the number 2
 };
 
 } // namespace msxrun

@@ -241,6 +241,34 @@ TEST(BdosFiles, SearchGivesDirectoryEntries) {
     EXPECT_EQ(bench.a(0x12), 0xFF);
 }
 
+TEST(BdosFiles, NewFilesTakeThePlacesOfDeletedOnes) {
+    BdosBench bench;
+    for (const char* name : {"B.PAS", "D.PAS", "A.PAS", "C.PAS"}) {
+        bench.folder.put(name, "");
+    }
+    const auto listed = [&] {
+        std::string names;
+        bench.putFcb(fcb, "????????PAS");
+        bench.call(0x1A, dma);
+        for (unsigned function = 0x11; bench.a(function, fcb) == 0; function = 0x12) {
+            names += bench.text(dma + 1, 1);
+        }
+        return names;
+    };
+    EXPECT_EQ(listed(), "ABCD");
+    bench.putFcb(fcb, "B       PAS");
+    EXPECT_EQ(bench.a(0x13, fcb), 0);
+    bench.putFcb(fcb, "A       PAS");
+    bench.putText(fcb + 17, "Z       PAS");
+    EXPECT_EQ(bench.a(0x17, fcb), 0);
+    EXPECT_EQ(listed(), "ZCD");
+    for (const char* name : {"Y       PAS", "B       PAS"}) {
+        bench.putFcb(fcb, name);
+        EXPECT_EQ(bench.a(0x16, fcb), 0);
+    }
+    EXPECT_EQ(listed(), "ZYCDB");
+}
+
 TEST(BdosFiles, SearchCannotSeeABlockUnderTheDiskRom) {
     BdosBench bench;
     bench.folder.put("A.PAS", "1");
