@@ -14,19 +14,7 @@ peer=${TAVREL_TP3:-$(command -v fpc)}
 cache=$root/out/fpc-cache
 limit=2G # T-states: some ten minutes of an MSX, a few seconds here
 starts=(2E9B 4000)
-
-# section NAME FILE: the lines between "{ NAME" and "}", both at the beginning of a line.
-section() {
-  awk -v head="{ $1" 'inside && $0 == "}" { exit } inside { print } $0 == head { inside = 1 }' "$2"
-}
-has_section() { grep -qx "{ $1" "$2"; }
-# word NAME FILE: the rest of the line "{ NAME rest }".
-word() { sed -n "s/^{ $1 \(.*\) }\$/\1/p" "$2"; }
-
-# visible: bytes as the texts have them. A last line without an end gets one, as an editor would give it one.
-visible() {
-  sed 's/\r$//; s/, PC=[0-9A-F]\{4\}$/, PC=XXXX/; $a\' | LC_ALL=C cat -v
-}
+source "$here/texts.sh"
 
 # run_program COM SOURCE OUTPUT WORK: the exit code of msxrun, the visible text in OUTPUT.
 run_program() {
