@@ -34,6 +34,9 @@
         include load.asm
         include batch.asm
         include commands.asm
+        include command_dir.asm
+        include command_copy.asm
+        include command_clock.asm
         include entries.asm
         include messages.asm
 

@@ -17,3 +17,21 @@ questionText:   defb    'Abort, Retry, Ignore? ',0
 badCommandText: defb    'Bad command or file name',13,10,0
 tooBigText:     defb    'Program too big',13,10,0
 cannotReadText: defb    'Cannot read the program',13,10,0
+nothingText:    defb    0
+notFoundText:   defb    'File not found',13,10,0
+missingNameText: defb   'A file name is missing',13,10,0
+noDriveText:    defb    'There is no such drive',13,10,0
+cannotRenameText: defb  'No such file, or the new name is taken',13,10,0
+sureText:       defb    'All files? (Y/N) ',0
+pauseText:      defb    'Press a key to go on ',0
+filesText:      defb    ' files',0
+kiloFreeText:   defb    'K free',13,10,0
+copiedText:     defb    ' copied',13,10,0
+ontoItselfText: defb    'A file cannot be copied onto itself',13,10,0
+directoryFullText: defb 'The file cannot be made',13,10,0
+diskFullText:   defb    'Disk full',13,10,0
+dateText:       defb    'Date: ',0
+timeText:       defb    'Time: ',0
+newText:        defb    'New:  ',0
+badDateText:    defb    'No such date: year-month-day',13,10,0
+badTimeText:    defb    'No such time: hours:minutes:seconds',13,10,0

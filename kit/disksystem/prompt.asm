@@ -11,7 +11,10 @@ promptEntry     equ promptMemory + 240  ; 33: what a search finds
 promptTail      equ promptMemory + 280  ; word: text after the command's name
 promptRaw       equ promptMemory + 282  ; 130: a batch line before its parameters are put in
 promptNumber    equ promptMemory + 420  ; six bytes
-promptFlags     equ promptMemory + 430
+copyPattern     equ promptMemory + 430  ; 37
+copyTarget      equ promptMemory + 470  ; 37
+copyCount       equ promptMemory + 510  ; word: files copied
+copySkip        equ promptMemory + 512  ; files of the pattern that are done; from CON: ^Z once it was typed
 promptBuffer    equ 8000h               ; 16 kB for TYPE and COPY
 promptBufferSize equ 4000h
 
@@ -291,13 +294,4 @@ _ends:
         pop     bc
         pop     hl
         scf
-        ret
-
-commandDrive:
-        ld      a,(hl)
-        call    upperCase
-        sub     'A'
-        cp      driveCount
-        jp      nc,badCommand
-        ld      (defaultDrive),a
         ret
