@@ -298,8 +298,12 @@ _samePage:
         ret
 
 ; writeBuffer: In: HL = head, the drive's record in place. Writes its sector; one of the allocation table to every copy of it.
-; Out: carry on an error. Changes all.
+; Out: carry on an error, or when another disk lies in the drive. Changes all.
 writeBuffer:
+        push    hl
+        call    isStillThere
+        pop     hl
+        ret     c
         inc     hl
         ld      e,(hl)
         inc     hl
@@ -313,6 +317,7 @@ writeBuffer:
         ld      b,1
         cp      kindFat
         jr      nz,writeSectors
+        call    noteTableSum
         ld      a,(dpbFats)
         ld      c,a
 _copy:
@@ -336,51 +341,3 @@ _samePage:
         or      a
         ret
 
-; readSectors, writeSectors: In: drive, DE = first sector, HL = address, B = sectors. Out: carry when the user or the program
-; gave up after an error. Change all.
-readSectors:
-        xor     a
-        jr      transferSectors
-writeSectors:
-        ld      a,1
-transferSectors:
-        ld      (diskWrites),a
-_again:
-        ld      (retrySector),de
-        ld      a,b
-        ld      (retryCount),a
-        call    runTransfer
-        jr      nc,verifyWritten
-        ; from the sector that failed again, or not
-        ld      c,a
-        ld      a,(retryCount)
-        sub     b
-        ld      hl,(retrySector)
-        add     a,l
-        ld      l,a
-        jr      nc,_sameByte
-        inc     h
-_sameByte:
-        ex      de,hl
-        push    bc
-        push    de
-        ld      hl,(sectorAddress)
-        push    hl
-        ld      a,(diskWrites)
-        push    af
-        ld      a,c
-        call    diskError
-        pop     bc
-        ld      a,b
-        ld      (diskWrites),a
-        pop     hl
-        pop     de
-        pop     bc
-        jr      z,_again
-        scf
-        ret
-
-; verifyWritten: after a run that worked. Nothing is read again yet.
-verifyWritten:
-        or      a
-        ret

@@ -43,8 +43,18 @@ _found:
         ld      de,(diskFree)
         dec     de
         ld      (diskFree),de
-        ld      a,1
-        ld      (diskUnclosed),a
+        ld      hl,diskUnclosed
+        ld      a,(fcbEntry)
+        inc     a
+        inc     (hl)
+        dec     (hl)
+        jr      z,_noted
+        cp      (hl)
+        jr      z,_noted
+        ld      a,0FFh                  ; a second file, while the first one is not closed
+_noted:
+        ld      (hl),a
+        ld      hl,(diskHint)
         or      a
         ret
 _failed:

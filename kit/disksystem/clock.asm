@@ -392,7 +392,7 @@ packedTime:
         pop     hl
         ret
 
-; hookTimer: the BIOS's timer hook stops the motors and counts the time. Changes all.
+; hookTimer: from now on the BIOS's timer hook calls tick. Changes all.
 hookTimer:
         ld      a,(identityByte)
         rlca
@@ -402,4 +402,63 @@ hookTimer:
 _rate:
         ld      (frameRate),a
         ld      (clockFrames),a
+        ld      hl,timerHook
+        ld      de,tickTail
+        ld      bc,5
+        ldir
+        ld      a,0C3h
+        ld      (timerHook),a
+        ld      hl,tick
+        ld      (timerHook + 1),hl
+        ret
+
+; timePasses: motorFrames or clockFrames has got to 0. Changes all.
+timePasses:
+        ld      a,(motorFrames)
+        or      a
+        call    z,entryMotorOff
+        ld      hl,clockFrames
+        ld      a,(hl)
+        or      a
+        ret     nz
+        ld      a,(frameRate)
+        ld      (hl),a
+        ; one second more
+        ld      hl,softSecond
+        call    _sixty
+        ret     nz
+        inc     hl
+        call    _sixty
+        ret     nz
+        inc     hl
+        inc     (hl)
+        ld      a,(hl)
+        sub     24
+        ret     nz
+        ld      (hl),a
+        ld      a,(softMonth)
+        ld      l,a
+        ld      a,(softYear)
+        call    daysOfMonth
+        ld      hl,softDay
+        inc     (hl)
+        ld      a,c
+        cp      (hl)
+        ret     nc
+        ld      (hl),1
+        inc     hl
+        inc     (hl)
+        ld      a,12
+        cp      (hl)
+        ret     nc
+        ld      (hl),1
+        inc     hl
+        inc     (hl)
+        ret
+_sixty:
+        inc     (hl)
+        ld      a,(hl)
+        sub     60
+        ret     nz
+        ld      (hl),a
         ret

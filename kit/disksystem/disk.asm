@@ -20,10 +20,12 @@
         include names.asm
         include driver.asm
         include buffers.asm
+        include sectors.asm
         include mount.asm
         include fat.asm
         include chain.asm
         include directory.asm
+        include tables.asm
         include files.asm
         include transfer.asm
         include records.asm

@@ -1,6 +1,7 @@
 ; The driver of the WD2793: runs of sectors between a disk and memory.
 
 attempts        equ 4           ; before an error is reported
+motorTime       equ 240         ; frames that a motor runs on after the last sector
 
 commandRestore  equ 00h
 commandSeek     equ 10h         ; 6 ms a step
@@ -24,9 +25,11 @@ errorSeek       equ 6
 errorNoRecord   equ 8
 errorWrite      equ 10
 errorOther      equ 12
+errorAnotherDisk equ 14
 
 ; runTransfer: In: drive, its record, DE = first sector, HL = address in the caller's memory or in page 3, B = sectors,
-; diskWrites. Out: carry and A = error; B = sectors that are left. Changes all. Interrupts are off for one sector at a time.
+; diskWrites: 0 reads, 1 writes, 2 reads without keeping the bytes and adds them
+; to sectorSum. Out: carry and A = error; B = sectors that are left. Changes all. Interrupts are off for one sector at a time.
 runTransfer:
         ld      (sectorAddress),hl
         push    bc
@@ -151,9 +154,16 @@ trackOfDrive:
         inc     h
         ret
 
+; lineOfChange: Out: Z when the controller says that the disk was changed since the last time it was asked. Changes AF, HL.
+lineOfChange:
+        call    startMotor
+        ld      a,(fdcDrive)
+        bit     2,a
+        ret
+
 ; startMotor: selects the drive, with its motor on for some seconds more. Changes AF, HL.
 startMotor:
-        ld      a,0FFh
+        ld      a,motorTime
         ld      (motorFrames),a
         ld      a,(drive)
         ld      hl,selectedDrive
@@ -206,9 +216,14 @@ _there:
         ld      (fdcSector),a
         ld      hl,(sectorAddress)
         ld      a,(diskWrites)
-        or      a
-        jr      nz,_write
+        dec     a
+        jr      z,_write
+        dec     a
+        jr      z,_sum
         call    readOne
+        jr      _check
+_sum:
+        call    sumOne
         jr      _check
 _write:
         call    writeOne
@@ -343,6 +358,42 @@ _next:
         jr      nc,_byte
         jp      m,_next
 _ended:
+        or      a
+        ret
+
+; sumOne: adds a sector's bytes to sectorSum. Out: carry when the controller does not answer. Changes all.
+sumOne:
+        ld      a,commandRead
+        ld      (fdcCommand),a
+        call    commandDelay
+        ld      de,(sectorSum)
+        ld      bc,0
+        ld      ix,0500h
+_wait:
+        ld      a,(fdcLines)
+        add     a,a
+        jr      nc,_byte
+        jp      p,_ended
+        djnz    _wait
+        dec     ixl
+        jr      nz,_wait
+        dec     ixh
+        jr      nz,_wait
+        scf
+        ret
+_byte:
+        ld      a,(fdcData)
+        add     a,e
+        ld      e,a
+        jr      nc,_next
+        inc     d
+_next:
+        ld      a,(fdcLines)
+        add     a,a
+        jr      nc,_byte
+        jp      m,_next
+_ended:
+        ld      (sectorSum),de
         or      a
         ret
 

@@ -177,7 +177,15 @@ closeFile:
         ld      bc,4
         ldir
         call    markDirty
-        jp      flushAll
+        call    flushAll
+        ret     c
+        ld      a,(fcbEntry)
+        inc     a
+        ld      hl,diskUnclosed
+        sub     (hl)
+        ret     nz
+        ld      (hl),a
+        ret
 
 ; clustersOfSize: Out: BC = clusters that fcbFileSize needs. Changes AF, DE, HL.
 clustersOfSize:
@@ -283,13 +291,13 @@ functionDelete:
         call    takeName
         call    useBlockDrive
         jp      c,functionFails
+        call    mayWrite
+        jp      c,functionFails
         xor     a
         ld      (anyDone),a
 _next:
         call    findEntry
         jr      c,_end
-        call    mayWrite
-        jp      c,functionFails
         ld      (hl),entryDeleted
         ld      de,entryCluster
         add     hl,de
@@ -321,15 +329,6 @@ writeEntrySector:
         call    writeBuffer
         ld      a,0
         ld      (bufferHeads + headDirty),a
-        ret
-
-; mayWrite: Out: carry when nothing is to be written to the disk in place, as its tables are damaged. Keeps HL; changes A.
-mayWrite:
-        ld      a,(diskState)
-        cp      stateDamaged
-        scf
-        ret     z
-        or      a
         ret
 
 ; 16: In: DE = block. Out: A = 0, or 0FFh. Makes an empty file, or empties the one of that name.
@@ -394,6 +393,8 @@ functionRename:
         call    takeBlock
         call    useBlockDrive
         jp      c,functionFails
+        call    mayWrite
+        jp      c,functionFails
         xor     a
         ld      (anyDone),a
 _next:
@@ -403,8 +404,6 @@ _next:
         ld      a,(renameIndex)
         call    findEntry
         jp      c,anyAnswer
-        call    mayWrite
-        jp      c,functionFails
         ld      a,(entryIndex)
         ld      (renameIndex),a
         ; the new name, into pattern

@@ -13,7 +13,9 @@
         jp      entryFormat             ; 401Ch
         jp      entryMotorOff           ; 401Fh
 
+        jp      noSystem                ; 4022h: where boot sectors jump to when their disk has no system; BASIC elsewhere
+
         defs    romEntries - $,0
         jp      serveCall
         jp      warmEntry
-        jp      entryMotorOff
+        jp      timePasses

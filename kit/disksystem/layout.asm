@@ -2,8 +2,8 @@
 ;
 ;   E400   resident part: system call, slots, interrupt, BIOS table    (0006h) = E406h
 ;   ....   stack for interrupts, stack of the system
-;   E9C8   four sector buffers
-;   F1C8   variables, between them the published ones
+;   E988   four sector buffers
+;   F188   variables, between them the published ones
 ;   F37D   JP system call
 ;   F380   the BIOS's work area
 
@@ -14,7 +14,7 @@ biosTable       equ 0E500h              ; (0001h) points to its second entry
 driveCount      equ 2
 bufferCount     equ 4
 bufferBytes     equ 512
-variables       equ 0F1C8h
+variables       equ 0F188h
 firstBuffer     equ variables - bufferCount * bufferBytes
 kernelStack     equ firstBuffer
 kernelStackSize equ 256
@@ -26,7 +26,7 @@ residentLimit   equ interruptStack - interruptStackSize
 romEntries      equ 4030h
 romServe        equ romEntries          ; a system call
 romWarmStart    equ romEntries + 3      ; a program has ended
-romMotorOff     equ romEntries + 6
+romTick         equ romEntries + 6      ; a motor is to stop or a second has passed
 
 ; variable NAME,SIZE: the next bytes of page 3.
 nextVariable    defl variables
@@ -48,6 +48,26 @@ kindData        equ 1
 kindFat         equ 2
 kindDirectory   equ 3
 
+; Things that found no room after the published variable at F1E6h.
+                variable headMoved, headSize
+                variable lowestHead, 2
+                variable fatValue, 2
+                variable anyDone, 1
+                variable renameIndex, 1
+                variable fileWrites, 1          ; 0: from the file to memory
+                variable bytesDone, 2
+                variable gapEnd, 4
+                variable flushFailed, 1
+                variable retrySector, 2
+                variable retryCount, 1
+                variable sectorSum, 2           ; of the bytes that were read without being kept
+                variable errorCode, 1
+                variable tableEntry, 1          ; the check of a disk's tables: entry, clusters of its chain so far
+                variable tableCount, 2
+                variable tableSize, 2           ; and clusters that its size needs
+                variable tableRepairs, 1
+                variable firstEnd, 0
+nextVariable    defl 0F1C8h
                 variable bufferHeads, 30        ; as many as there is room for before the published variable
                 variable abortVector, 2         ; F1E6, published: jumped to when a program is to end for a disk error
 
@@ -93,7 +113,7 @@ kindDirectory   equ 3
 
 ; The drive record: MSX-DOS's parameter block of 21 bytes, then our own.
 dpbSize         equ 21
-driveRecordSize equ 34
+driveRecordSize equ 35
                 variable driveRecord, driveRecordSize
 dpbDrive        equ driveRecord
 dpbMedia        equ driveRecord + 1
@@ -116,14 +136,15 @@ diskHeads       equ driveRecord + 23
 diskSectors     equ driveRecord + 24    ; word: in all
 diskFree        equ driveRecord + 26    ; word: free clusters; 0FFFFh: not counted yet
 diskHint        equ driveRecord + 28    ; word: cluster that was given out last
-diskSum         equ driveRecord + 30    ; word: checksum of the boot sector
-diskUnclosed    equ driveRecord + 32    ; not 0: clusters were given out and no close has followed
-diskSpare       equ driveRecord + 33
+diskSum         equ driveRecord + 30    ; word: sum of the boot sector and of the allocation table's first one
+diskUnclosed    equ driveRecord + 32    ; entry, plus 1, whose file was given clusters and not closed; 0 none, 0FFh several
+bootSum         equ driveRecord + 33    ; word: the boot sector's part of it
                 variable driveRecords, driveRecordSize * driveCount
 
 stateUnknown    equ 0           ; no disk has been looked at
-stateGood       equ 1
-stateDamaged    equ 2           ; its tables contradict each other: nothing is written to it
+stateGood       equ 1           ; its boot sector makes sense
+stateChecked    equ 2           ; its tables too
+stateDamaged    equ 3           ; they do not: nothing is written to it
 
 ; Files.
                 variable fcb, 37                ; the caller's block
@@ -162,19 +183,8 @@ fcbSize         equ 37
                 variable runSectors, 1
                 variable filler, 1
                 variable multiplicand, 4
-                variable headMoved, headSize
-                variable lowestHead, 2
-                variable fatValue, 2
-                variable anyDone, 1
-                variable fileWrites, 1          ; 0: from the file to memory
-                variable bytesDone, 2
-                variable gapEnd, 4
-                variable renameIndex, 1
-                variable flushFailed, 1
-                variable retrySector, 2
-                variable retryCount, 1
                 variable fileIndex, 1           ; number of the sector in its cluster
-batchWordsSize  equ 52
+batchWordsSize  equ 68
                 variable batchWords, batchWordsSize     ; the command line that started the batch file
 onlyName        equ batchWords
 variablesEnd    equ nextVariable
@@ -193,7 +203,6 @@ systemEntry     equ 0F37Dh      ; JP: the system call where page 0 is the BIOS's
 nextVariable    defl 0F327h
                 variable breakAddress, 2        ; what breakVector points to at the start
                 variable errorAddress, 2        ; what errorVector points to
-                variable errorCode, 1
                 variable batchActive, 1
                 variable batchDrive, 1
                 variable batchName, 11

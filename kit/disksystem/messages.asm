@@ -10,7 +10,7 @@ errorTexts:     defb    'Write protected',0
                 defb    'Sector not found',0
                 defb    'Write error',0
                 defb    'Disk error',0
-                defb    'Disk error',0
+                defb    'Another disk',0
 readingText:    defb    ' reading drive ',0
 writingText:    defb    ' writing drive ',0
 questionText:   defb    'Abort, Retry, Ignore? ',0
@@ -35,3 +35,4 @@ timeText:       defb    'Time: ',0
 newText:        defb    'New:  ',0
 badDateText:    defb    'No such date: year-month-day',13,10,0
 badTimeText:    defb    'No such time: hours:minutes:seconds',13,10,0
+damagedText:    defb    13,10,'The disk',39,'s tables are damaged: nothing is written to it',13,10,0

@@ -58,16 +58,109 @@ recordOf:
 ; checkDisk: reads the drive's tables where they are not known or the disk has been changed. Out: carry when the disk is none
 ; of ours. Changes all.
 checkDisk:
-        call    diskWasChanged
-        jr      nc,_same
-        ld      a,(drive)
-        call    forgetDrive
-        xor     a
-        ld      (diskState),a
-_same:
         ld      a,(diskState)
         or      a
+        jr      z,_unknown
+        call    lineOfChange
+        ld      a,(diskState)
+        jr      z,_changed
+        or      a
+        ret
+_changed:
+        call    hasDirty
+        jr      nz,_forget
+        call    sameDisk
+        jr      nc,_same
+_forget:
+        ld      a,(drive)
+        call    forgetDrive
+        jr      mountDisk
+_same:
+        or      a
+        ret
+_unknown:
+        call    lineOfChange            ; asking forgets it
+        jr      _forget
+
+; hasDirty: Out: Z when a sector of the drive waits to be written. Changes AF, BC, DE, HL.
+hasDirty:
+        ld      hl,bufferHeads
+        ld      b,bufferCount
+_head:
+        ld      a,(drive)
+        cp      (hl)
+        jr      nz,_next
+        push    hl
+        ld      de,headDirty
+        add     hl,de
+        ld      a,(hl)
+        pop     hl
+        dec     a
+        ret     z
+_next:
+        ld      de,headSize
+        add     hl,de
+        djnz    _head
+        or      1
+        ret
+
+; isStillThere: before something is written. Out: carry when another disk lies in the drive now and the user does not put the
+; right one back. Changes all.
+isStillThere:
+        call    lineOfChange
+        scf
+        ccf
         ret     nz
+
+; sameDisk: compares the disk in the drive with the one that its record describes. Out: carry when it is another one and the
+; user does not put the right one back. Changes all.
+sameDisk:
+        ld      hl,0
+        ld      (sectorSum),hl
+        ld      d,h
+        ld      e,l
+        ld      b,1
+        call    sumSectors
+        ret     c
+        ld      de,(dpbFirstFat)
+        ld      b,1
+        call    sumSectors
+        ret     c
+        ld      hl,(sectorSum)
+        ld      de,(diskSum)
+        or      a
+        sbc     hl,de
+        ret     z
+        ld      a,1
+        ld      (diskWrites),a
+        ld      a,errorAnotherDisk
+        call    diskError
+        jr      z,sameDisk
+        scf
+        ret
+
+; noteTableSum: In: DE = sector of the allocation table that is going to be written, HL = its buffer. Keeps the disk's sum right.
+; Keeps BC, DE, HL; changes AF.
+noteTableSum:
+        push    hl
+        ld      hl,(dpbFirstFat)
+        or      a
+        sbc     hl,de
+        pop     hl
+        ret     nz
+        push    bc
+        push    de
+        push    hl
+        ; the boot sector's part stays: what the table had is not known any more, so it is kept apart
+        ld      de,(bootSum)
+        ld      (sectorSum),de
+        call    sumBuffer
+        ld      hl,(sectorSum)
+        ld      (diskSum),hl
+        pop     hl
+        pop     de
+        pop     bc
+        ret
 
 ; mountDisk: Out: the drive's record filled in from the boot sector; carry when it makes no sense. Changes all.
 mountDisk:
@@ -79,20 +172,47 @@ mountDisk:
         ld      (diskTrackSectors),a
         ld      a,2
         ld      (diskHeads),a
+        xor     a
+        ld      (diskState),a
         ld      de,0
         ld      a,kindData
         call    fetchSector
         ret     c
         push    hl
         pop     ix
+        push    hl
+        ld      hl,0
+        ld      (sectorSum),hl
+        pop     hl
+        call    sumBuffer
+        ld      hl,(sectorSum)
+        ld      (bootSum),hl
         call    parametersMakeSense
         jr      c,_notOurs
         call    takeParameters
         jr      c,_notOurs
+        ld      de,(dpbFirstFat)
+        ld      a,kindFat
+        call    fetchSector
+        jr      c,_unreadable
+        push    hl
+        call    sumBuffer
+        pop     hl
+        ld      de,(sectorSum)
+        ld      (diskSum),de
+        ld      a,(hl)                  ; the table begins with the media byte and ones
+        cp      0F0h
+        jr      c,_notOurs
+        inc     hl
+        ld      a,(hl)
+        inc     a
+        jr      nz,_notOurs
         ld      hl,0FFFFh
         ld      (diskFree),hl
         ld      hl,1
         ld      (diskHint),hl
+        xor     a
+        ld      (diskUnclosed),a
         ld      a,stateGood
         ld      (diskState),a
         or      a
@@ -102,6 +222,7 @@ _notOurs:
         ld      (diskState),a
         ld      hl,notOursText
         call    showText
+_unreadable:
         scf
         ret
 
@@ -262,14 +383,5 @@ _table:
         scf
         ret
 _fits:
-        or      a
-        ret
-
-; diskWasChanged: Out: carry when another disk may be in the drive since the last time. Changes all.
-diskWasChanged:
-        ld      a,(diskState)
-        or      a
-        scf
-        ret     z
         or      a
         ret

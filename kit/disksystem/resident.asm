@@ -4,11 +4,12 @@
 ; "Changes all" means every register but SP.
 
         public  callBios,copyUser,peekUser,pokeUser
-        public  systemCall,startProgram,warmStart,serveRam,leaveTo,pageRam,enableRam,enableRom
+        public  systemCall,startProgram,warmStart,serveRam,leaveTo,pageRam,enableRam,enableRom,callProgram,tick
         public  readSlot,writeSlot,enableSlot,callInline,callSlot,interrupt
         public  readHidden,writeHidden
         public  patchRomPrimary,patchRomSubslot,patchPageRom,patchPageUser,patchBiosSlot,patchInterruptSlot
         public  patchSlotBios,patchSlotRam,patchRamPrimary,patchSubslotTable
+        public  patchTickPrimary,patchTickSubslot
         public  residentEnd
 
         include machine.asm
@@ -24,5 +25,6 @@
         include resident_program.asm
         include resident_interrupt.asm
         include resident_slots.asm
+        include resident_tick.asm
         include resident_sector.asm
 residentEnd:

@@ -6,12 +6,16 @@ systemCall:
         ld      (callDe),de
         ld      a,c
         ld      (callFunction),a
+        ld      hl,-interruptStack
+        add     hl,sp
+        ld      a,h
         ld      hl,0
         add     hl,sp
+        or      a                       ; Z: the system's own stack of 256 bytes is in use
         ld      a,(kernelDepth)
-        or      a
-        jr      nz,_nested              ; from a disk error routine: the system's stack is in use
+        jr      z,_nested               ; from a disk error routine
         ld      sp,kernelStack
+        xor     a
 _nested:
         inc     a
         ld      (kernelDepth),a

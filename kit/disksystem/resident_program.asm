@@ -61,3 +61,13 @@ leaveTo:
         xor     a
         ld      (kernelDepth),a
         jp      (hl)
+
+; callProgram: In: HL = routine of the program, A, C as it wants them. Out: C as it leaves it. Changes all.
+callProgram:
+        push    af
+        call    pageUser
+        pop     af
+        call    jumpHl
+        jp      pageRom
+jumpHl:
+        jp      (hl)

@@ -184,6 +184,7 @@ patch:
         call    everyPage
         and     0Ch
         ld      (patchRomPrimary),a
+        ld      (patchTickPrimary),a
         ld      a,(expandedSlots)
         and     3
         ld      (patchBiosSlot),a
@@ -208,6 +209,7 @@ patch:
         ld      a,b
         and     0Ch
         ld      (patchRomSubslot),a
+        ld      (patchTickSubslot),a
         xor     a                       ; NOP
         ld      (patchPageRom),a
         ld      (patchPageUser),a
