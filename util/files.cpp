@@ -1,86 +1,65 @@
 #include "util/files.h"
 
+#include "files/file_system.h"
+#include "files/host_files.h"
 #include "files/temporary_name.h"
-#include "util/file_system.h"
+#include "util/host_path.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
 
 #include <exception>
-#include <memory>
 
 namespace tavrel {
 
 namespace {
 
-FileSystem* replacement = nullptr;
-
-void writeAndClose(OutputFile& file, std::string_view bytes, bool flush) {
-    while (!bytes.empty())
-        bytes.remove_prefix(file.write(bytes));
-    if (flush)
-        file.flush();
-    file.close();
-}
-
-void removeIfPossible(FileSystem& system, const std::string& path) noexcept {
-    try {
-        system.remove(path);
-    } catch (const std::exception&) {
-        // The write has failed already; that is what the caller hears of.
+RuntimeErrorNumber numberOf(files::Reason reason) {
+    switch (reason) {
+    case files::Reason::badName:
+        return RuntimeErrorNumber::badFileNameOrNumber;
+    case files::Reason::fileNotFound:
+        return RuntimeErrorNumber::fileNotFound;
+    case files::Reason::folderNotFound:
+        return RuntimeErrorNumber::pathNotFound;
+    case files::Reason::inUse:
+        return RuntimeErrorNumber::permissionDenied;
+    case files::Reason::diskFull:
+        return RuntimeErrorNumber::diskFull;
+    case files::Reason::device:
+        return RuntimeErrorNumber::deviceIoError;
+    case files::Reason::folder:
+    case files::Reason::link:
+    case files::Reason::notAFile:
+    case files::Reason::writeProtected:
+    case files::Reason::tooLarge:
+    case files::Reason::refused:
+        break;
     }
+    return RuntimeErrorNumber::pathFileAccessError;
 }
 
-/// An open file cannot be removed under Windows.
-void closeIfPossible(OutputFile& file) noexcept {
+/// Runs one operation of the library of host files; its failures become those of the classic runtime, with
+/// the name that the user knows.
+template <typename Operation> auto classically(const std::string& path, const Operation& operation) {
     try {
-        file.close();
-    } catch (...) { // it was closed before
-    }
-}
-
-/// The new content lies whole beside the old one before it takes its place.
-void replaceContent(FileSystem& system, const std::string& path, std::string_view bytes, bool flush) {
-    const std::unique_ptr<OutputFile> fresh = system.createBeside(path);
-    try {
-        writeAndClose(*fresh, bytes, flush);
-        system.replace(fresh->path(), path);
-    } catch (...) { // memory may run out too
-        closeIfPossible(*fresh);
-        removeIfPossible(system, fresh->path());
-        throw;
+        return operation();
+    } catch (const files::FileError& error) {
+        throw RuntimeError(numberOf(error.reason()), path.c_str());
     }
 }
 
 void writeFile(const std::string& path, std::string_view bytes, bool flush) {
-    if (path.empty() || path.find('\0') != std::string::npos)
-        throw RuntimeError(RuntimeErrorNumber::badFileNameOrNumber, path.c_str());
-    FileSystem& system = currentFileSystem();
-    try {
-        switch (system.kindOf(path)) {
-        case TargetKind::folder:
-        case TargetKind::readOnlyFile: // a rename would replace it without a word
-            throw RuntimeError(RuntimeErrorNumber::pathFileAccessError);
-        case TargetKind::device: // cannot be replaced by a file
-            writeAndClose(*system.openDevice(path), bytes, false);
-            break;
-        case TargetKind::missing:
-        case TargetKind::file:
-            replaceContent(system, path, bytes, flush);
-            break;
-        }
-    } catch (const RuntimeError& error) {
-        throw RuntimeError(error.number(), path); // not the name of a file that the user does not know
-    }
+    classically(path, [&] { files::writeWholeFile(hostPath(path), bytes, {.flush = flush}); });
 }
 
 } // namespace
 
-FileSystem& currentFileSystem() {
-    return replacement == nullptr ? systemFiles() : *replacement;
+bool FileExists(const std::string& path) {
+    return files::canBeRead(hostPath(path));
 }
 
-void useFileSystem(FileSystem* other) noexcept {
-    replacement = other;
+std::string readWholeFile(const std::string& path) {
+    return classically(path, [&] { return files::readWholeFile(hostPath(path)); });
 }
 
 void writeWholeFile(const std::string& path, std::string_view bytes) {
@@ -89,6 +68,10 @@ void writeWholeFile(const std::string& path, std::string_view bytes) {
 
 void writeTemporaryFile(const std::string& path, std::string_view bytes) {
     writeFile(path, bytes, false);
+}
+
+void deleteFile(const std::string& path) {
+    classically(path, [&] { files::systemFiles().remove(hostPath(path)); });
 }
 
 void deleteFileIfPossible(const std::string& path) noexcept {

@@ -1,6 +1,7 @@
 #include "native_command.h"
 
 #include "compiler.h"
+#include "files/host_files.h"
 #include "native_files.h"
 
 #include <runtime_entries.h>
@@ -188,7 +189,8 @@ std::vector<std::uint8_t> readRuntime(const Arguments& arguments) {
         std::error_code error;
         path = fs::read_symlink("/proc/self/exe", error).parent_path() / "RUNTIME.COM";
     }
-    std::vector<std::uint8_t> library = readFile(path);
+    const std::string bytes = files::readWholeFile(path);
+    std::vector<std::uint8_t> library(bytes.begin(), bytes.end());
     if (library.size() != librarySize || checksum(library) != runtimeChecksum) {
         throw std::runtime_error(path.string() +
                                  " is not the run-time library that this compiler was built with");
@@ -212,8 +214,7 @@ int reportError(const Arguments& arguments, const Diagnostic& diagnostic, Report
                      number(diagnostic.position.column) + "): Error " + number(diagnostic.error) + ": " +
                      errorMessage(diagnostic) + "\n";
     if (!arguments.errors.empty()) {
-        const std::string record = errorRecord(diagnostic);
-        writeFileSafely(arguments.errors, {record.begin(), record.end()});
+        files::writeWholeFile(arguments.errors, errorRecord(diagnostic));
     }
     return failed;
 }
@@ -275,7 +276,7 @@ int perform(const Arguments& arguments, Report& report) {
     const fs::path output = arguments.output.empty() ? withExtension(source, chain ? ".CHN" : ".COM")
                                                      : fs::path(arguments.output);
     const std::string sizes = sizeReport(result, options);
-    writeFileSafely(output, program);
+    files::writeWholeFile(output, program);
     report.output += sizes;
     return done;
 }

@@ -2,10 +2,8 @@
 
 #include "host.h"
 
-#include <cstdint>
 #include <filesystem>
-#include <string>
-#include <vector>
+#include <string_view>
 
 namespace tp3 {
 
@@ -26,13 +24,5 @@ class FolderHost : public Host {
 
 /// The file in `folder` whose name equals `name` but for case; empty when there is none.
 std::filesystem::path findIgnoringCase(const std::filesystem::path& folder, std::string_view name);
-
-/// Reads a whole file. @throws std::system_error when it cannot be read
-std::vector<std::uint8_t> readFile(const std::filesystem::path& path);
-
-/// Writes a file so that at every moment either the old or the new content is there: beside it, flushed, then
-/// renamed.
-/// @throws std::system_error with the reason; nothing is left behind then
-void writeFileSafely(const std::filesystem::path& path, const std::vector<std::uint8_t>& content);
 
 } // namespace tp3

@@ -5,11 +5,13 @@
 #include "disk/fat_time.h"
 #include "disk/host_files.h"
 #include "disk/msx_name.h"
+#include "files/host_files.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <map>
 #include <new>
+#include <optional>
 #include <set>
 #include <system_error>
 
@@ -20,6 +22,12 @@ namespace {
 void tell(Report& report, const std::string& message) {
     report.errors += "dsktool: " + message + "\n";
 }
+
+/// Files of the host that were asked for and cannot be used; what() names them and says why.
+class UnusableFiles : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 bool isSameFile(const Path& one, const Path& other) {
     std::error_code ignored;
@@ -45,19 +53,19 @@ std::vector<Candidate> findCandidates(const CommandLine& line) {
         std::error_code ignored;
         const Path path = pathOf(name);
         if (std::filesystem::is_directory(path, ignored))
-            throw HostError(name + ": this is a folder");
+            throw FileError(files::Reason::folder, path);
         // A system may take a pattern for a damaged name.
         if (hasWildcards(name) ? std::filesystem::exists(path, ignored) : isThere(path)) {
             if (isSameFile(path, image))
-                throw HostError(name + ": this is the image itself");
+                throw UnusableFiles(name + ": this is the image itself");
             add(path, true);
             continue;
         }
         if (!hasWildcards(name))
-            throw HostError(name + ": there is no such file");
+            throw FileError(files::Reason::fileNotFound, path);
         const std::vector<Path> fitting = filesThatFit(name);
         if (fitting.empty())
-            throw HostError(name + ": there are no such files");
+            throw UnusableFiles(name + ": there are no such files");
         for (const Path& file : fitting) {
             if (!isSameFile(file, image))
                 add(file, false);
@@ -71,7 +79,7 @@ class NameGiver {
   public:
     explicit NameGiver(Report& report) : report_(report) {}
 
-    /// @throws HostError when a file that was named cannot get a name of its own
+    /// @throws UnusableFiles when a file that was named cannot get a name of its own
     std::map<Name83, Path> give(const std::vector<Candidate>& candidates) {
         for (const bool named : {true, false}) {
             for (const bool cut : {false, true}) {
@@ -103,7 +111,7 @@ class NameGiver {
 
     void refuse(const Candidate& candidate, const std::string& message) {
         if (candidate.named)
-            throw HostError(message);
+            throw UnusableFiles(message);
         tell(report_, message + " (left out)");
         leftOut_ = true;
     }
@@ -112,6 +120,16 @@ class NameGiver {
     std::map<Name83, Path> given_;
     bool leftOut_ = false;
 };
+
+Bytes readFile(const Path& path, std::size_t atMost) {
+    const std::string bytes = files::readWholeFile(path, atMost);
+    return {bytes.begin(), bytes.end()};
+}
+
+/// A device in the place of a file is a slip of the pen: what it holds would be gone.
+void writeFile(const Path& path, const Bytes& content, std::optional<std::time_t> time = {}) {
+    files::writeWholeFile(path, content, {.devices = false, .time = time});
+}
 
 DiskImage openImage(const std::string& image) {
     return DiskImage(readFile(pathOf(image), 2 * largestImage));
@@ -123,9 +141,9 @@ ExitCode add(const CommandLine& line, Report& report) {
     DiskImage image = isThere(pathOf(line.image)) ? openImage(line.image) : DiskImage();
     std::vector<NewFile> files;
     for (const auto& [name, path] : names.give(findCandidates(line)))
-        files.push_back({name, readFile(path, largestImage), fatTimeOf(timeOf(path))});
+        files.push_back({name, readFile(path, largestImage), fatTimeOf(files::timeOf(path))});
     image.add(files);
-    writeFileSafely(pathOf(line.image), image.bytes());
+    writeFile(pathOf(line.image), image.bytes());
     return names.leftOut() ? doneInPart : done;
 }
 
@@ -181,7 +199,7 @@ ExitCode extract(const CommandLine& line, Report& report) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error)
-        throw HostError(line.folder + ": " + error.message());
+        throw FileError(files::Reason::refused, folder, error.value());
     ExitCode code = done;
     std::set<std::string> taken;
     for (const FileEntry& file : files) {
@@ -191,7 +209,7 @@ ExitCode extract(const CommandLine& line, Report& report) {
                 throw DiskError("the disk holds two files that would be " + name);
             if (name != displayName(file.name))
                 report.output += displayName(file.name) + " becomes " + name + "\n";
-            writeFileSafely(folder / pathOf(name), image.extract(file), hostTimeOf(file.written));
+            writeFile(folder / pathOf(name), image.extract(file), hostTimeOf(file.written));
         } catch (const DiskError& fault) {
             tell(report, std::string(fault.what()) + " (left out)");
             code = doneInPart;
@@ -203,7 +221,7 @@ ExitCode extract(const CommandLine& line, Report& report) {
 ExitCode remove(const CommandLine& line) {
     DiskImage image = openImage(line.image);
     image.remove(chooseFiles(image, line.names));
-    writeFileSafely(pathOf(line.image), image.bytes());
+    writeFile(pathOf(line.image), image.bytes());
     return done;
 }
 
@@ -236,7 +254,9 @@ ExitCode run(const std::vector<std::string>& arguments, Report& report) {
         return wrongUse;
     } catch (const DiskError& error) {
         tell(report, line.image + ": " + error.what());
-    } catch (const HostError& error) {
+    } catch (const FileError& error) {
+        tell(report, error.what());
+    } catch (const UnusableFiles& error) {
         tell(report, error.what());
     } catch (const std::filesystem::filesystem_error& error) {
         tell(report, error.what());

@@ -3,7 +3,6 @@
 #include "msxrun/name83.h"
 
 #include <algorithm>
-#include <fstream>
 #include <system_error>
 
 namespace disk {
@@ -42,23 +41,6 @@ Path folderOf(const Path& path) {
 
 } // namespace
 
-Path pathOf(const std::string& text) {
-#ifdef _WIN32
-    return {std::u8string(text.begin(), text.end())};
-#else
-    return {text};
-#endif
-}
-
-std::string textOf(const Path& path) {
-#ifdef _WIN32
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-#else
-    return path.native();
-#endif
-}
-
 bool hasWildcards(const std::string& text) {
     return textOf(pathOf(text).filename()).find_first_of("*?") != std::string::npos;
 }
@@ -82,7 +64,7 @@ std::vector<Path> filesThatFit(const std::string& pattern) {
             found.push_back(whole.parent_path() / entry->path().filename());
     }
     if (error)
-        throw HostError(textOf(folderOf(whole)) + ": " + error.message());
+        throw FileError(files::Reason::refused, folderOf(whole), error.value());
     std::sort(found.begin(), found.end());
     return found;
 }
@@ -99,35 +81,8 @@ bool isThere(const Path& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::status_known(status))
-        throw HostError(textOf(path) + ": " + error.message());
+        throw FileError(files::Reason::refused, path, error.value());
     return std::filesystem::exists(status);
-}
-
-Bytes readFile(const Path& path, std::size_t atMost) {
-    if (!isThere(path))
-        throw HostError(textOf(path) + ": there is no such file");
-    std::error_code error;
-    const auto status = std::filesystem::status(path, error);
-    // A device may give bytes without end.
-    if (!std::filesystem::is_regular_file(status))
-        throw HostError(textOf(path) + ": this is not an ordinary file");
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw HostError(textOf(path) + ": the file cannot be opened");
-    Bytes content;
-    const auto length = std::filesystem::file_size(path, error);
-    if (!error && length <= atMost)
-        content.reserve(static_cast<std::size_t>(length));
-    Bytes part(65536);
-    while (file) {
-        file.read(reinterpret_cast<char*>(part.data()), static_cast<std::streamsize>(part.size()));
-        content.insert(content.end(), part.begin(), part.begin() + file.gcount());
-        if (content.size() > atMost)
-            throw HostError(textOf(path) + ": the file is too large");
-    }
-    if (!file.eof())
-        throw HostError(textOf(path) + ": the file cannot be read");
-    return content;
 }
 
 } // namespace disk

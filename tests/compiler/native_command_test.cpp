@@ -1,4 +1,5 @@
 // The command line of tp3 and the files that it makes.
+#include "files/host_files.h"
 #include "native_command.h"
 #include "native_files.h"
 #include "tests/support/temporary_folder.h"
@@ -22,8 +23,7 @@ struct NativeCommand : testing::Test {
         return path(name);
     }
     std::string content(const std::string& name) const {
-        const auto bytes = readFile(folder.native() / name);
-        return {bytes.begin(), bytes.end()};
+        return files::readWholeFile(folder.native() / name);
     }
     bool has(const std::string& name) const { return fs::exists(folder.native() / name); }
     int command(std::vector<std::string> words) {
@@ -77,8 +77,7 @@ TEST_F(NativeCommand, AProgramIsTheLibraryWithTheImageBehindIt) {
     ASSERT_EQ(command({path("game.pas"), "--chn"}), 0);
     const std::string program = content("game.com");
     EXPECT_EQ(program.substr(librarySize()), content("game.chn")) << "in the case of the source's own name";
-    const auto library = readFile(RUNTIME_PATH);
-    EXPECT_EQ(program.substr(0, librarySize()), std::string(library.begin(), library.end()));
+    EXPECT_EQ(program.substr(0, librarySize()), files::readWholeFile(RUNTIME_PATH));
 }
 
 TEST_F(NativeCommand, TheFormOfDosMakesAChainImage) {
@@ -129,13 +128,11 @@ TEST_F(NativeCommand, AnotherLibraryIsRefused) {
     EXPECT_EQ(command({path("GAME.PAS"), "--runtime", put("OTHER.COM", "no library")}), 1);
     EXPECT_NE(report.errors.find("is not the run-time library that this compiler was built with"),
               std::string::npos);
-    std::string damaged;
-    for (const std::uint8_t byte : readFile(RUNTIME_PATH))
-        damaged += static_cast<char>(byte);
+    std::string damaged = files::readWholeFile(RUNTIME_PATH);
     damaged.back() = static_cast<char>(damaged.back() ^ 1);
     EXPECT_EQ(command({path("GAME.PAS"), "--runtime", put("OTHER.COM", damaged)}), 1);
     EXPECT_EQ(command({path("GAME.PAS"), "--runtime", path("NONE.COM")}), 1);
-    EXPECT_NE(report.errors.find("No such file"), std::string::npos) << report.errors;
+    EXPECT_NE(report.errors.find("NONE.COM: there is no such file"), std::string::npos) << report.errors;
     EXPECT_EQ(command({path("GAME.PAS")}), 1) << "there is none beside this test";
     EXPECT_FALSE(has("GAME.COM"));
 }
@@ -163,7 +160,25 @@ TEST_F(NativeCommand, ASourceThatCannotBeReadToItsEndIsNotCompiled) {
     EXPECT_EQ(command({path("GAME.PAS"), "--chn"}), 1);
     EXPECT_NE(report.errors.find("PART.INC: Input/output error"), std::string::npos) << report.errors;
     EXPECT_EQ(command({path("GAME.PAS"), "--runtime", path("PART.INC")}), 1);
-    EXPECT_THROW(readFile(folder.native() / "PART.INC"), std::system_error);
+    EXPECT_THROW(files::readWholeFile(folder.native() / "PART.INC"), files::FileError);
+}
+
+TEST_F(NativeCommand, APlantedLinkIsNotWrittenThroughAndAUsersFileStays) {
+    put("GAME.PAS", "begin end.");
+    put("VICTIM.TXT", "precious");
+    put("GAME.CHN.new", "the user's own");
+    fs::create_symlink(folder.native() / "VICTIM.TXT", folder.native() / "GAME.CHN.tmp");
+    EXPECT_EQ(command({path("GAME.PAS"), "--chn"}), 0) << report.errors;
+    EXPECT_EQ(content("GAME.CHN.new"), "the user's own");
+    fs::remove(folder.native() / "GAME.CHN");
+    for (const char* const place : {"VICTIM.TXT", "NOWHERE.TXT"}) {
+        fs::create_symlink(folder.native() / place, folder.native() / "GAME.CHN");
+        EXPECT_EQ(command({path("GAME.PAS"), "--chn"}), 1);
+        EXPECT_NE(report.errors.find("GAME.CHN: this is a link"), std::string::npos) << report.errors;
+        fs::remove(folder.native() / "GAME.CHN");
+    }
+    EXPECT_EQ(content("VICTIM.TXT"), "precious");
+    EXPECT_FALSE(has("NOWHERE.TXT"));
 }
 
 TEST_F(NativeCommand, ADeviceIsWrittenToAsItIs) {
@@ -171,7 +186,7 @@ TEST_F(NativeCommand, ADeviceIsWrittenToAsItIs) {
     EXPECT_EQ(command({path("GAME.PAS"), "--chn", "-o", "/dev/null"}), 0) << report.errors;
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     EXPECT_EQ(command({path("GAME.PAS"), "--chn", "-o", "/dev/full"}), 1);
-    EXPECT_NE(report.errors.find("/dev/full: No space left"), std::string::npos) << report.errors;
+    EXPECT_NE(report.errors.find("/dev/full: the disk is full"), std::string::npos) << report.errors;
     EXPECT_EQ(command({path("GAME.PAS"), "--chn", "-o", path("no/folder.chn")}), 1);
     EXPECT_EQ(command({path("GAME.PAS"), "--chn", "-o", folder.native().string()}), 1)
         << "a folder is no file";

@@ -1,6 +1,7 @@
 #include "disk/commands.h"
 
 #include "disk/host_files.h"
+#include "files/host_files.h"
 #include "tests/disk/support.h"
 
 #include <filesystem>
@@ -37,7 +38,10 @@ struct Commands : testing::Test {
         file.write(reinterpret_cast<const char*>(content.data()),
                    static_cast<std::streamsize>(content.size()));
     }
-    Bytes read(const std::string& name) const { return readFile(folder / name, 1U << 24); }
+    Bytes read(const std::string& name) const {
+        const std::string bytes = files::readWholeFile(folder / name);
+        return {bytes.begin(), bytes.end()};
+    }
     ExitCode tool(const std::vector<std::string>& arguments) {
         report = {};
         return run(arguments, report);
@@ -84,10 +88,10 @@ TEST_F(Commands, AllFilesOfAFolderWithoutFoldersAndTheImage) {
 TEST_F(Commands, DatesGoBothWays) {
     write("a", {1});
     const std::time_t then = 1'500'000'000;
-    writeFileSafely(folder / "a", {1}, then);
+    files::writeWholeFile(folder / "a", "x", {.time = then});
     ASSERT_EQ(tool({"A", path("d.dsk"), path("a")}), done);
     ASSERT_EQ(tool({"E", path("d.dsk"), "-o", path("out")}), done);
-    EXPECT_EQ(timeOf(folder / "out" / "A"), then);
+    EXPECT_EQ(files::timeOf(folder / "out" / "A"), then);
 }
 
 TEST_F(Commands, WhatAPatternFindsAndTheDiskCannotHoldIsLeftOutAndTold) {

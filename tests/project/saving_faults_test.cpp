@@ -19,7 +19,7 @@ bool saveWith(const test::SavedFile& file, unsigned call, bool forEver, FailingF
     bool told = false;
     bool failed = false;
     {
-        const FailingFiles failing(call, forEver, failure, RuntimeErrorNumber::diskFull);
+        const FailingFiles failing(call, forEver, failure);
         try {
             file.save(attempt.test);
         } catch (const RuntimeError& error) {

@@ -106,11 +106,6 @@ int open(const char* path, int flags, ...) {
     return orFail(-1, EIO, [&] { return real(path, flags, mode); });
 }
 
-int mkstemp(char* path) {
-    static auto* const real = next<int(char*)>("mkstemp");
-    return orFail(-1, ENOSPC, [&] { return real(path); });
-}
-
 ssize_t read(int file, void* buffer, size_t size) {
     static auto* const real = next<ssize_t(int, void*, size_t)>("read");
     return orFail(ssize_t{-1}, EIO, [&] { return real(file, buffer, size); });
@@ -160,6 +155,16 @@ int mkdir(const char* path, mode_t mode) {
 int stat(const char* path, struct stat* status) {
     static auto* const real = next<int(const char*, struct stat*)>("stat");
     return orFail(-1, EIO, [&] { return real(path, status); });
+}
+
+int lstat(const char* path, struct stat* status) {
+    static auto* const real = next<int(const char*, struct stat*)>("lstat");
+    return orFail(-1, EIO, [&] { return real(path, status); });
+}
+
+int fstat(int file, struct stat* status) {
+    static auto* const real = next<int(int, struct stat*)>("fstat");
+    return orFail(-1, EIO, [&] { return real(file, status); });
 }
 
 FILE* fopen(const char* path, const char* mode) {

@@ -1,15 +1,27 @@
-// A file system whose calls fail on demand, over the real one.
+// A file system whose calls fail on demand, over the real one. What fails says that the disk is full.
 #pragma once
 
-#include "util/file_system.h"
-#include "util/runtime_error.h"
+#include "files/file_system.h"
+#include "util/runtime_error.h" // what a failure becomes
 
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
+namespace tavrel {
+using files::useFileSystem;
+}
+
 namespace tavrel::test {
+
+using files::FileError;
+using files::FileSystem;
+using files::OutputFile;
+using files::Path;
+using files::Reason;
+using files::systemFiles;
+using files::TargetKind;
 
 /// While it lives, files are written through it. Calls are counted from 1; the call number `failAt` fails,
 /// and with `forEver` all after it too.
@@ -21,8 +33,8 @@ class FailingFiles : public FileSystem {
         partWise ///< a write takes half of its bytes, then fails as `before`
     };
 
-    FailingFiles(unsigned failAt, bool forEver, Failure failure, RuntimeErrorNumber number)
-        : failAt_(failAt), forEver_(forEver), failure_(failure), number_(number) {
+    FailingFiles(unsigned failAt, bool forEver, Failure failure)
+        : failAt_(failAt), forEver_(forEver), failure_(failure) {
         useFileSystem(this);
     }
     ~FailingFiles() override { useFileSystem(nullptr); }
@@ -32,23 +44,26 @@ class FailingFiles : public FileSystem {
     unsigned calls() const { return calls_; }
     bool hasFailed() const { return failed_; }
 
-    TargetKind kindOf(const std::string& path) override { return systemFiles().kindOf(path); }
-    std::unique_ptr<OutputFile> createBeside(const std::string& path) override {
+    TargetKind kindOf(const Path& path) override {
+        const Step step(*this);
+        return systemFiles().kindOf(path);
+    }
+    std::unique_ptr<OutputFile> createBeside(const Path& path) override {
         const Step step(*this);
         auto file = std::make_unique<Output>(*this, systemFiles().createBeside(path));
         step.end();
         return file;
     }
-    std::unique_ptr<OutputFile> openDevice(const std::string& path) override {
+    std::unique_ptr<OutputFile> openDevice(const Path& path) override {
         const Step step(*this);
         return std::make_unique<Output>(*this, systemFiles().openDevice(path));
     }
-    void replace(const std::string& fresh, const std::string& target) override {
+    void replace(const Path& fresh, const Path& target) override {
         const Step step(*this);
         systemFiles().replace(fresh, target);
         step.end();
     }
-    void remove(const std::string& path) override {
+    void remove(const Path& path) override {
         const Step step(*this);
         systemFiles().remove(path);
         step.end();
@@ -72,7 +87,7 @@ class FailingFiles : public FileSystem {
       private:
         [[noreturn]] void fail() const {
             files_.failed_ = true;
-            throw RuntimeError(files_.number_);
+            throw FileError(Reason::diskFull, "failing");
         }
         FailingFiles& files_;
         bool fails_ = false;
@@ -82,7 +97,7 @@ class FailingFiles : public FileSystem {
       public:
         Output(FailingFiles& files, std::unique_ptr<OutputFile> file)
             : files_(files), file_(std::move(file)) {}
-        const std::string& path() const override { return file_->path(); }
+        const Path& path() const override { return file_->path(); }
         std::size_t write(std::string_view bytes) override {
             if (files_.failure_ == Failure::partWise && bytes.size() > 1) // the next call takes the rest
                 bytes = bytes.substr(0, bytes.size() / 2);
@@ -94,6 +109,11 @@ class FailingFiles : public FileSystem {
         void flush() override {
             const Step step(files_);
             file_->flush();
+            step.end();
+        }
+        void setTime(std::time_t time) override {
+            const Step step(files_);
+            file_->setTime(time);
             step.end();
         }
         void close() override {
@@ -110,7 +130,6 @@ class FailingFiles : public FileSystem {
     unsigned failAt_;
     bool forEver_;
     Failure failure_;
-    RuntimeErrorNumber number_;
     unsigned calls_ = 0;
     bool failed_ = false;
 };
@@ -122,7 +141,7 @@ template <typename Attempt> void withEveryFailure(const Attempt& attempt) {
          {FailingFiles::Failure::before, FailingFiles::Failure::after, FailingFiles::Failure::partWise}) {
         for (const bool forEver : {false, true}) {
             for (unsigned call = 1;; ++call) {
-                FailingFiles files(call, forEver, failure, RuntimeErrorNumber::diskFull);
+                FailingFiles files(call, forEver, failure);
                 attempt(files);
                 if (!files.hasFailed())
                     break;
