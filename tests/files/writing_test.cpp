@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sstream>
 #include <string>
 
 #ifndef _WIN32
@@ -42,8 +43,9 @@ struct Writing : testing::Test {
         std::ofstream(folder / name, std::ios::binary) << bytes;
     }
     std::string content(const std::string& name) const {
-        std::ifstream file(folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
+        std::ostringstream bytes;
+        bytes << std::ifstream(folder / name, std::ios::binary).rdbuf();
+        return bytes.str();
     }
     std::size_t entries() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
