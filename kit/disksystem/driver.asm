@@ -277,31 +277,37 @@ _wait:
 ; readOne: In: HL = address. Out: carry when the controller does not answer. Changes all. From a byte's coming to its being
 ; read at most 109 of the 114 T-states pass that there are.
 readOne:
+        call    isHidden
+        call    c,slotsForHidden        ; before the command: between the first byte and the third lie 228 T-states
+        push    af
         ld      a,commandRead
         ld      (fdcCommand),a
         call    commandDelay
-        ld      bc,0
+        ld      b,0
         ld      ix,0500h
 _wait:
         ld      a,(fdcLines)
         add     a,a
         jr      nc,_first
-        jp      p,_ended
+        jp      p,_none
         djnz    _wait
         dec     ixl
         jr      nz,_wait
         dec     ixh
         jr      nz,_wait
+        pop     af
         scf
         ret
+_none:
+        pop     af
+        or      a
+        ret
 _first:
-        ld      a,(fdcData)
-        ld      b,a
-        call    isHidden
-        jr      c,_hidden
-        ld      (hl),b
-        inc     hl
-        jp      _next
+        pop     af
+        jr      nc,_byte
+        call    readHidden
+        or      a
+        ret
 _byte:
         ld      a,(fdcData)
         ld      (hl),a
@@ -311,12 +317,6 @@ _next:
         add     a,a
         jr      nc,_byte
         jp      m,_next
-_ended:
-        or      a
-        ret
-_hidden:
-        call    slotsForHidden
-        call    readHidden
         or      a
         ret
 
