@@ -183,8 +183,10 @@ closeFile:
         inc     a
         ld      hl,diskUnclosed
         sub     (hl)
-        ret     nz
+        jr      nz,_another
         ld      (hl),a
+_another:
+        or      a                       ; no carry: it worked, whichever file is unclosed
         ret
 
 ; clustersOfSize: Out: BC = clusters that fcbFileSize needs. Changes AF, DE, HL.
