@@ -40,6 +40,7 @@
         include command_copy.asm
         include command_clock.asm
         include entries.asm
+        include format.asm
         include messages.asm
 
 residentImage:

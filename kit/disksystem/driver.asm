@@ -184,34 +184,8 @@ trySector:
         di
         ld      a,(diskSide)
         ld      (fdcSide),a
-        ld      a,(drive)
-        call    trackOfDrive
-        ld      c,commandSettle
-        ld      a,(hl)
-        inc     a
-        jr      nz,_known
-        push    hl
-        ld      a,commandRestore
-        call    simpleCommand
-        pop     hl
+        call    seekTrack
         jr      c,_failed
-        ld      (hl),0
-        xor     a
-        ld      (fdcTrack),a
-_known:
-        ld      a,(diskTrack)
-        cp      (hl)
-        jr      z,_onTrack
-        ld      (hl),a
-        ld      (fdcData),a
-        ld      a,commandSeek
-        call    simpleCommand
-        jr      c,_failed
-        ld      c,commandSettle
-        jr      _there
-_onTrack:
-        ld      c,0
-_there:
         ld      a,(diskSector)
         ld      (fdcSector),a
         ld      hl,(sectorAddress)
@@ -242,6 +216,30 @@ _failed:
         ld      a,1 shl statusNotReady
         scf
         ret
+
+; seekTrack: In: drive, diskTrack. Out: C = bits for a write command on the track: the head settles first where it moved; carry
+; when the controller does not answer. Changes all.
+seekTrack:
+        ld      a,(drive)
+        call    trackOfDrive
+        ld      a,(hl)
+        inc     a
+        jr      nz,_known
+        ld      a,commandRestore
+        call    simpleCommand
+        ret     c
+        ld      (hl),0
+        xor     a
+        ld      (fdcTrack),a
+_known:
+        ld      c,0
+        ld      a,(diskTrack)
+        cp      (hl)
+        ret     z
+        ld      (hl),a
+        ld      (fdcData),a
+        ld      c,commandSettle
+        ld      a,commandSeek
 
 ; simpleCommand: In: A = command without a transfer. Waits until it has ended. Out: carry when it does not. Keeps C, HL;
 ; changes AF, B, DE.

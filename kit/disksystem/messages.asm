@@ -36,3 +36,4 @@ newText:        defb    'New:  ',0
 badDateText:    defb    'No such date: year-month-day',13,10,0
 badTimeText:    defb    'No such time: hours:minutes:seconds',13,10,0
 damagedText:    defb    13,10,'The disk',39,'s tables are damaged: nothing is written to it',13,10,0
+choiceText:     defb    '1 - one side',13,10,'2 - two sides',13,10,0

@@ -4,7 +4,7 @@
 ; "Changes all" means every register but SP.
 
         public  callBios,copyUser,peekUser,pokeUser
-        public  systemCall,startProgram,warmStart,serveRam,leaveTo,pageRam,enableRam,enableRom,callProgram,tick
+        public  systemCall,startProgram,warmStart,serveRam,leaveTo,pageRam,enableRam,enableRom,callProgram,pageForEntry,tick
         public  readSlot,writeSlot,enableSlot,callInline,callSlot,interrupt
         public  readHidden,writeHidden
         public  patchRomPrimary,patchRomSubslot,patchPageRom,patchPageUser,patchBiosSlot,patchInterruptSlot

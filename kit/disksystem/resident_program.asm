@@ -71,3 +71,18 @@ callProgram:
         jp      pageRom
 jumpHl:
         jp      (hl)
+
+; pageForEntry: notes for a transfer that is called for straight in the ROM that RAM is the caller's page 1. Changes AF.
+pageForEntry:
+        call    enterRom
+        ld      a,(patchRamPrimary)
+        push    bc
+        ld      b,a
+        ld      a,(userSlots)
+        and     0F3h
+        or      b
+        ld      (userSlots),a
+        ld      a,(startSubslots)
+        ld      (userSubslots),a
+        pop     bc
+        ret

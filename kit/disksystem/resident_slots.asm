@@ -50,8 +50,21 @@ callInline:
         exx
         ex      af,af'
 
-; callSlot: In: IX = routine, IY high = slot.
+; callSlot: In: IX = routine, IY high = slot. A routine of this ROM finds the caller's memory in page 0, every other one the BIOS.
 callSlot:
+        push    af
+        push    hl
+        ld      hl,romSlot
+        ld      a,iyh
+        sub     (hl)
+        pop     hl
+        jr      nz,_other
+        ld      a,ixh
+        and     0C0h
+        cp      40h
+        jr      z,callOwnRom
+_other:
+        pop     af
         push    hl
         ld      hl,biosCallSlot
 
@@ -91,11 +104,29 @@ patchSlotBios   equ $ - 1
 patchSlotRam    equ $ - 1
         out     (slotPort),a
         pop     af
+callersStack:
         ex      (sp),hl
         ld      (slotSp),hl
         pop     hl
         ld      sp,(slotSp)
         ret
+
+; callOwnRom: In: IX = routine of the ROM, AF on the stack, other registers as it wants them. On the system's stack.
+callOwnRom:
+        pop     af
+        di
+        ld      (slotSp),sp
+        ld      sp,kernelStack
+        push    hl
+        ld      hl,(slotSp)
+        ex      (sp),hl
+        push    af
+        call    enterRom
+        pop     af
+        call    jumpIx
+        call    leaveRom
+        di
+        jr      callersStack
 jumpToRoutine:
         push    hl
         ld      hl,(slotRoutine)
