@@ -301,20 +301,29 @@ _none:
         or      a
         ret
 _first:
+        ld      a,(fdcData)             ; at most 90 of its 114 T-states after the byte came
+        ld      b,a
         pop     af
-        jr      nc,_byte
+        jr      nc,_store
         call    readHidden
         or      a
         ret
 _byte:
         ld      a,(fdcData)
-        ld      (hl),a
+        ld      b,a
+_store:
+        ld      (hl),b
         inc     hl
-_next:
         ld      a,(fdcLines)
         add     a,a
         jr      nc,_byte
-        jp      m,_next
+_next:
+        jp      p,_end
+        ld      a,(fdcLines)
+        add     a,a
+        jr      nc,_byte
+        jp      _next
+_end:
         or      a
         ret
 
