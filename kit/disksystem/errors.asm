@@ -54,9 +54,16 @@ peekWord:
         ld      l,b
         ret
 
-; abortProgram: the program ends for a disk error.
+; abortProgram: the program ends for a disk error. What the drive could not take is not tried again.
 abortProgram:
         call    newLine
+        ld      a,(diskWrites)
+        dec     a
+        jr      nz,_reading
+        ld      (diskUnclosed),a
+        ld      a,(drive)
+        call    forgetDrive
+_reading:
         ld      hl,(abortVector)
         jp      leaveTo
 

@@ -275,8 +275,10 @@ _width:
         ld      (lineLength40),a
         jp      biosInitText
 
-; makePage0: what programs find in page 0, which is RAM. Changes AF, BC, DE, HL.
+; makePage0: what programs find in page 0, which is RAM. Interrupts are off afterwards: until its end there is nothing at 0038h
+; to serve one. Changes AF, BC, DE, HL.
 makePage0:
+        di
         ld      hl,0
         ld      de,1
         ld      bc,00FFh
