@@ -3,6 +3,7 @@
 
 ; emptyBuffers: forgets all sectors, written or not. Changes all.
 emptyBuffers:
+        call    trustNone
         ld      hl,bufferHeads
         ld      a,high firstBuffer
         ld      b,bufferCount
@@ -23,6 +24,9 @@ _head:
 
 ; forgetDrive: In: A = drive. Forgets its sectors, written or not. Changes BC, DE, HL.
 forgetDrive:
+        push    af
+        call    trustNone
+        pop     af
         ld      hl,bufferHeads
         ld      b,bufferCount
 _head:

@@ -105,6 +105,7 @@ _sector:
 ; noteFirstCluster: the open file's directory entry learns of its first cluster. In: fcbEntry, fcbCluster. Out: carry on an
 ; error. Changes all.
 noteFirstCluster:
+        call    trustNone
         ld      a,(fcbEntry)
         call    fetchEntry
         ret     c

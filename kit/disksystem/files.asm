@@ -86,6 +86,8 @@ takeOpen:
         and     3Fh
         call    useDriveNumber
         jr      c,_notOpen
+        call    isTrusted
+        ret     z
         ; its entry may have gone to another file, or the disk be another one
         ld      a,(fcbEntry)
         ld      hl,dpbEntries
@@ -108,25 +110,62 @@ takeOpen:
         ld      (fcbCluster),de
         or      a
         sbc     hl,de
+        pop     hl
+        jr      nz,_byName              ; another first cluster: the file has got one, or has been made anew
         ld      a,d
         or      e
-        pop     de
-        jr      nz,_byName              ; another first cluster: the file has got one, or has been made anew
-        or      a
-        jr      z,_byName
-        xor     a
-        ret
+        jr      nz,_same
 _byName:
-        push    de
+        push    hl
         ld      hl,fcbName
         call    takeName
         pop     hl
         call    fitsPattern
         scf
         ccf
+        ret     nz
+_same:
+        call    trust
+        xor     a
         ret
 _notOpen:
         or      1
+        ret
+
+; isTrusted: In: drive, the copy of the block. Out: Z when its entry was compared before and no directory has changed since. NC.
+; Changes AF, DE, HL.
+isTrusted:
+        ld      hl,trustedDrive
+        ld      a,(drive)
+        cp      (hl)
+        jr      nz,_no
+        inc     hl
+        ld      a,(fcbEntry)
+        cp      (hl)
+        jr      nz,_no
+        ld      hl,(trustedCluster)
+        ld      de,(fcbCluster)
+        or      a
+        sbc     hl,de
+        ret     z
+_no:
+        or      1
+        ret
+
+; trust: the entry of the copy of the block has been compared. Changes A, HL.
+trust:
+        ld      a,(drive)
+        ld      (trustedDrive),a
+        ld      a,(fcbEntry)
+        ld      (trustedEntry),a
+        ld      hl,(fcbCluster)
+        ld      (trustedCluster),hl
+        ret
+
+; trustNone: a directory changes. Changes A.
+trustNone:
+        ld      a,0FFh
+        ld      (trustedDrive),a
         ret
 
 ; 10: In: DE = block. Out: A = 0, or 0FFh. What was written is noted in the directory and lies on the disk afterwards.
@@ -288,6 +327,7 @@ _found:
 ; 13: In: DE = block with a pattern. Out: A = 0 when a file was deleted, else 0FFh. The directory is written before the table:
 ; a power failure in between costs clusters, never another file.
 functionDelete:
+        call    trustNone
         call    takeBlock
         ld      hl,fcbName
         call    takeName
@@ -335,6 +375,7 @@ writeEntrySector:
 
 ; 16: In: DE = block. Out: A = 0, or 0FFh. Makes an empty file, or empties the one of that name.
 functionCreate:
+        call    trustNone
         call    takeNamed
         jp      nc,openDevice
         ld      hl,pattern
@@ -392,6 +433,7 @@ _clear:
 ; 17: In: DE = block: the pattern, and at byte 17 the new name, whose ? stand for characters of the old one. Out: A = 0, or
 ; 0FFh: there is no such file, or one of the new name is there, or the new name is none.
 functionRename:
+        call    trustNone
         call    takeBlock
         call    useBlockDrive
         jp      c,functionFails

@@ -66,6 +66,11 @@ kindDirectory   equ 3
                 variable tableCount, 2
                 variable tableSize, 2           ; and clusters that its size needs
                 variable tableRepairs, 1
+                variable trustedDrive, 1        ; the entry whose name was compared last, and its first cluster: as long as no
+                variable trustedEntry, 1        ; directory has changed, calls for that file need not look; 0FFh: none
+                variable trustedCluster, 2
+                variable aheadSector, 2
+                variable aheadCount, 1
                 variable firstEnd, 0
 nextVariable    defl 0F1C8h
                 variable bufferHeads, 30        ; as many as there is room for before the published variable

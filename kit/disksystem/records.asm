@@ -490,6 +490,7 @@ setLength:
         call    clustersOfSize
         call    cutChain
         ret     c
+        call    trustNone
         ; a file that got shorter is so in the directory at once: its clusters may go to another one
         ld      a,(fcbEntry)
         call    fetchEntry

@@ -124,14 +124,15 @@ _moved:
 ; lengthOfRun: In: fileIndex; chainCluster = the cluster of the place. Out: runSectors = sectors that are wanted and lie one
 ; after the other; carry on an error. Changes all.
 lengthOfRun:
-        ld      a,(bytesLeft + 1)
-        srl     a
-        ld      c,a                     ; C = wanted
         ld      a,(sharesPrimary)
         or      a
-        jr      z,_any
         ld      c,1                     ; each one is checked for page 1
-_any:
+        jr      nz,runUpTo
+        ld      a,(bytesLeft + 1)
+        srl     a
+        ld      c,a
+; runUpTo: the same for C sectors that are wanted.
+runUpTo:
         ld      a,(dpbClusterMask)
         inc     a
         ld      hl,fileIndex
@@ -229,7 +230,7 @@ transferPart:
         call    isNewSector
         ld      a,kindData
         jr      c,_fresh
-        call    fetchSector
+        call    fetchAhead
         jr      _there
 _fresh:
         call    freshSector
@@ -264,6 +265,151 @@ _fits:
 _copy:
         call    copyUser
         or      a
+        ret
+
+; fetchAhead: as fetchSector, for data of the file at filePlace. When it is read from the disk for a program that reads, the
+; sectors after it come into buffers that hold nothing of more use: they pass the head now, or a revolution later.
+sectorsAhead    equ 3
+fetchAhead:
+        push    de
+        call    findHead
+        pop     de
+        ld      a,kindData
+        jp      z,fetchSector
+        ld      a,(fileWrites)
+        or      a
+        ld      a,kindData
+        jp      nz,fetchSector
+        ld      (aheadSector),de
+        call    sectorsToEnd            ; C
+        call    runUpTo
+        ret     c
+        ; buffers for all of them before the first one is read: there is no time in between
+        ld      hl,(aheadSector)
+        xor     a
+        ld      (aheadCount),a
+_claim:
+        push    hl
+        ex      de,hl
+        ld      a,kindData
+        call    claimHead
+        pop     hl
+        jr      c,_read
+        ld      a,0FFh                  ; it holds nothing yet
+        ld      (bufferHeads),a
+        ld      a,(aheadCount)
+        inc     a
+        ld      (aheadCount),a
+        ld      b,a
+        ld      a,(runSectors)
+        cp      b
+        jr      z,_read
+        ld      a,(bufferHeads + (bufferCount - 1) * headSize + headDirty)
+        or      a
+        jr      nz,_read
+        ld      a,(bufferHeads + (bufferCount - 1) * headSize + headKind)
+        cp      kindFat
+        jr      z,_read
+        inc     hl
+        ; not where one of them is there already
+        push    hl
+        ex      de,hl
+        call    findHead
+        pop     hl
+        jr      nz,_claim
+_read:
+        ; the heads lie in front, the last sector's first
+        ld      a,(aheadCount)
+        or      a
+        scf
+        ret     z
+        ld      b,a
+        ld      hl,bufferHeads - headSize
+        ld      de,headSize
+_head:
+        add     hl,de
+        djnz    _head
+        ld      de,(aheadSector)
+        push    hl
+        push    de
+        call    addressOfHead
+        ld      b,1
+        call    readSectors
+_keep:
+        pop     de
+        pop     hl
+        jr      c,_end
+        ld      a,(drive)
+        ld      (hl),a
+        ld      a,(aheadCount)
+        dec     a
+        ld      (aheadCount),a
+        jr      z,_end
+        inc     de
+        ld      bc,-headSize
+        add     hl,bc
+        push    hl
+        push    de
+        call    addressOfHead
+        ld      b,1
+        call    runTransfer
+        jr      _keep
+_end:
+        ; an error of the first one has been put before the user already: it must not be read again
+        ld      de,(aheadSector)
+        push    af
+        call    findHead
+        jr      nz,_failed
+        pop     af
+        call    useHead
+        or      a
+        ret
+_failed:
+        pop     af
+        scf
+        ret
+
+; addressOfHead: In: HL = head. Out: HL = its buffer. Changes BC.
+addressOfHead:
+        ld      bc,headPage
+        add     hl,bc
+        ld      h,(hl)
+        ld      l,low firstBuffer
+        ret
+
+; sectorsToEnd: Out: C = sectors of the file from filePlace on, at most sectorsAhead. Changes AF, DE, HL, B.
+sectorsToEnd:
+        ld      hl,(filePlace + 1)
+        ld      a,(filePlace + 3)
+        rra
+        rr      h
+        rr      l
+        push    hl
+        ld      hl,(fcbFileSize)
+        ld      de,1
+        or      a
+        sbc     hl,de
+        ld      a,(fcbFileSize + 2)
+        sbc     a,0
+        ld      l,h
+        ld      h,a
+        ld      a,(fcbFileSize + 3)
+        sbc     a,0
+        rra
+        rr      h
+        rr      l                       ; number of the last sector
+        pop     de
+        or      a
+        sbc     hl,de
+        ld      c,sectorsAhead
+        ld      a,h
+        or      a
+        ret     nz
+        ld      a,l
+        cp      c
+        ret     nc
+        inc     a
+        ld      c,a
         ret
 
 ; isNewSector: In: DE = sector. Out: carry when it is written from its beginning and no byte of it belongs to the file yet.
