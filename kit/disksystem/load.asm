@@ -35,7 +35,18 @@ loadProgram:
         ld      (filePlace + 2),hl
         ld      hl,0100h
         ld      (dma),hl
+        ; whole sectors, so that the last one comes with the others, where there is room for what follows the program in it
         ld      hl,(fcbFileSize)
+        ld      de,bufferBytes - 1
+        add     hl,de
+        ld      a,h
+        and     0FEh
+        ld      h,a
+        ld      l,0
+        cp      high (tpaTop - 6 - 0100h)
+        jr      c,_size
+        ld      hl,(fcbFileSize)
+_size:
         ld      (bytesWanted),hl
         xor     a
         ld      (fileWrites),a

@@ -180,17 +180,25 @@ mountDisk:
         ret     c
         push    hl
         pop     ix
-        push    hl
-        ld      hl,0
-        ld      (sectorSum),hl
-        pop     hl
-        call    sumBuffer
-        ld      hl,(sectorSum)
-        ld      (bootSum),hl
         call    parametersMakeSense
         jr      c,_notOurs
         call    takeParameters
         jr      c,_notOurs
+        ; the table's first sector is next to come under the head: the sums are taken afterwards
+        ld      de,(dpbFirstFat)
+        ld      a,kindFat
+        call    fetchSector
+        jr      c,_unreadable
+        ld      hl,0
+        ld      (sectorSum),hl
+        ld      d,h
+        ld      e,h
+        ld      a,kindData
+        call    fetchSector
+        jr      c,_unreadable
+        call    sumBuffer
+        ld      hl,(sectorSum)
+        ld      (bootSum),hl
         ld      de,(dpbFirstFat)
         ld      a,kindFat
         call    fetchSector
