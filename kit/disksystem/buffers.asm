@@ -319,9 +319,13 @@ writeBuffer:
         ld      h,(hl)
         ld      l,low firstBuffer
         ld      b,1
+        cp      kindData
+        jp      z,writeSectors
+        push    af
+        call    noteSum
+        pop     af
         cp      kindFat
-        jr      nz,writeSectors
-        call    noteTableSum
+        jp      nz,writeSectors
         ld      a,(dpbFats)
         ld      c,a
 _copy:

@@ -118,7 +118,7 @@ nextVariable    defl 0F1C8h
 
 ; The drive record: MSX-DOS's parameter block of 21 bytes, then our own.
 dpbSize         equ 21
-driveRecordSize equ 35
+driveRecordSize equ 37
                 variable driveRecord, driveRecordSize
 dpbDrive        equ driveRecord
 dpbMedia        equ driveRecord + 1
@@ -141,9 +141,10 @@ diskHeads       equ driveRecord + 23
 diskSectors     equ driveRecord + 24    ; word: in all
 diskFree        equ driveRecord + 26    ; word: free clusters; 0FFFFh: not counted yet
 diskHint        equ driveRecord + 28    ; word: cluster that was given out last
-diskSum         equ driveRecord + 30    ; word: sum of the boot sector and of the allocation table's first one
+bootSum         equ driveRecord + 30    ; words: sums of the bytes of the boot sector, the table's and the directory's first one
 diskUnclosed    equ driveRecord + 32    ; entry, plus 1, whose file was given clusters and not closed; 0 none, 0FFh several
-bootSum         equ driveRecord + 33    ; word: the boot sector's part of it
+tableSum        equ driveRecord + 33
+entrySum        equ driveRecord + 35
                 variable driveRecords, driveRecordSize * driveCount
 
 stateUnknown    equ 0           ; no disk has been looked at
@@ -189,7 +190,7 @@ fcbSize         equ 37
                 variable filler, 1
                 variable multiplicand, 4
                 variable fileIndex, 1           ; number of the sector in its cluster
-batchWordsSize  equ 68
+batchWordsSize  equ 64
                 variable batchWords, batchWordsSize     ; the command line that started the batch file
 onlyName        equ batchWords
 variablesEnd    equ nextVariable

@@ -74,7 +74,7 @@ _changed:
 _forget:
         ld      a,(drive)
         call    forgetDrive
-        jr      mountDisk
+        jp      mountDisk
 _same:
         or      a
         ret
@@ -126,8 +126,16 @@ sameDisk:
         ld      b,1
         call    sumSectors
         ret     c
-        ld      hl,(sectorSum)
-        ld      de,(diskSum)
+        ld      de,(dpbFirstEntry)
+        ld      b,1
+        call    sumSectors
+        ret     c
+        ld      hl,(bootSum)
+        ld      de,(tableSum)
+        add     hl,de
+        ld      de,(entrySum)
+        add     hl,de
+        ld      de,(sectorSum)
         or      a
         sbc     hl,de
         ret     z
@@ -139,27 +147,37 @@ sameDisk:
         scf
         ret
 
-; noteTableSum: In: DE = sector of the allocation table that is going to be written, HL = its buffer. Keeps the disk's sum right.
+; noteSum: In: DE = sector that is going to be written, HL = its buffer. Keeps the sums right by which the disk is known again.
 ; Keeps BC, DE, HL; changes AF.
-noteTableSum:
+noteSum:
+        push    bc
+        push    de
         push    hl
-        ld      hl,(dpbFirstFat)
+        ld      bc,(dpbFirstFat)
+        ld      ix,tableSum
+        call    _ofSector
+        ld      bc,(dpbFirstEntry)
+        ld      ix,entrySum
+        call    _ofSector
+        pop     hl
+        pop     de
+        pop     bc
+        ret
+_ofSector:
+        push    hl
+        ld      h,b
+        ld      l,c
         or      a
         sbc     hl,de
         pop     hl
         ret     nz
-        push    bc
-        push    de
         push    hl
-        ; the boot sector's part stays: what the table had is not known any more, so it is kept apart
-        ld      de,(bootSum)
-        ld      (sectorSum),de
-        call    sumBuffer
-        ld      hl,(sectorSum)
-        ld      (diskSum),hl
-        pop     hl
+        push    de
+        call    sumOfBuffer
+        ld      (ix),e
+        ld      (ix + 1),d
         pop     de
-        pop     bc
+        pop     hl
         ret
 
 ; mountDisk: Out: the drive's record filled in from the boot sector; carry when it makes no sense. Changes all.
@@ -189,25 +207,26 @@ mountDisk:
         ld      a,kindFat
         call    fetchSector
         jr      c,_unreadable
-        ld      hl,0
-        ld      (sectorSum),hl
-        ld      d,h
-        ld      e,h
+        ld      de,(dpbFirstEntry)
+        ld      a,kindDirectory
+        call    fetchSector
+        jr      c,_unreadable
+        call    sumOfBuffer
+        ld      (entrySum),de
+        ld      de,0
         ld      a,kindData
         call    fetchSector
         jr      c,_unreadable
-        call    sumBuffer
-        ld      hl,(sectorSum)
-        ld      (bootSum),hl
+        call    sumOfBuffer
+        ld      (bootSum),de
         ld      de,(dpbFirstFat)
         ld      a,kindFat
         call    fetchSector
         jr      c,_unreadable
         push    hl
-        call    sumBuffer
+        call    sumOfBuffer
+        ld      (tableSum),de
         pop     hl
-        ld      de,(sectorSum)
-        ld      (diskSum),de
         ld      a,(hl)                  ; the table begins with the media byte and ones
         cp      0F0h
         jr      c,_notOurs

@@ -499,11 +499,17 @@ setLength:
         or      a
         ret
 
-; shortenEntry: In: HL = directory entry. Its size becomes that of the block, where that is less. Changes all.
+; shortenEntry: In: HL = directory entry. Its first cluster becomes that of the block, and its size too where that is less. Changes
+; all.
 shortenEntry:
-        push    hl
-        ld      de,entrySize
+        ld      de,entryCluster
         add     hl,de
+        ld      de,(fcbCluster)
+        ld      (hl),e
+        inc     hl
+        ld      (hl),d
+        inc     hl
+        push    hl
         ld      e,(hl)
         inc     hl
         ld      d,(hl)
@@ -516,19 +522,12 @@ shortenEntry:
         sbc     hl,de
         ld      hl,(fcbFileSize + 2)
         sbc     hl,bc
-        pop     hl
-        ret     nc
-        ld      de,entryCluster
-        add     hl,de
-        ld      de,(fcbCluster)
-        ld      (hl),e
-        inc     hl
-        ld      (hl),d
-        inc     hl
-        ex      de,hl
+        pop     de
+        jr      nc,_write
         ld      hl,fcbFileSize
         ld      bc,4
         ldir
+_write:
         call    markDirty
         jp      writeEntrySector
 

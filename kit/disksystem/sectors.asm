@@ -54,9 +54,9 @@ _worked:
         ld      b,a
         jr      sumSectors
 
-; sumBuffer: In: HL = sector in memory. Out: sectorSum = it and the sum of its bytes. Changes all.
-sumBuffer:
-        ld      de,(sectorSum)
+; sumOfBuffer: In: HL = sector in memory. Out: DE = sum of its bytes. Changes AF, BC, HL.
+sumOfBuffer:
+        ld      de,0
         ld      bc,bufferBytes
 _byte:
         ld      a,(hl)
@@ -70,5 +70,4 @@ _next:
         ld      a,b
         or      c
         jr      nz,_byte
-        ld      (sectorSum),de
         ret
