@@ -399,6 +399,8 @@ functionCreate:
         pop     hl
         jr      _fill
 _new:
+        call    nameIsTaken
+        jp      nc,functionFails        ; hidden, or a folder
         call    findFree
         jp      c,functionFails
         ld      bc,0
@@ -469,8 +471,7 @@ _given:
         ld      hl,pattern
         call    isFileName
         jp      c,functionFails
-        xor     a
-        call    findEntry
+        call    nameIsTaken
         jp      nc,functionFails
         ld      a,(renameIndex)
         call    fetchEntry

@@ -347,15 +347,11 @@ limitToFile:
         scf
         ret     z
         ld      hl,(bytesWanted)
-        sbc     hl,de
-        ccf
-        jr      nc,_less
-        jr      nz,_cut
-_less:
         or      a
-        ret
-_cut:
+        sbc     hl,de
+        jr      c,_less
         ld      (bytesWanted),de
+_less:
         or      a
         ret
 
@@ -391,6 +387,13 @@ _all:
 roomForRecords:
         call    roomAtDma
         ld      de,(recordSize)
+        ld      a,d
+        or      a
+        jr      nz,_count
+        ld      a,e
+        dec     a
+        ret     z
+_count:
         ld      bc,0                    ; bytes
 _record:
         or      a
