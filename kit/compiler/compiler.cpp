@@ -220,13 +220,22 @@ std::string errorMessage(const Diagnostic& diagnostic) {
 }
 
 std::string errorRecord(const Diagnostic& diagnostic) {
-    std::string out = "\"" + diagnostic.file + "\",";
-    decimal(out, diagnostic.position.line);
+    const bool elsewhere = !diagnostic.shownFile.empty();
+    const Position& position = elsewhere ? diagnostic.shownPosition : diagnostic.position;
+    std::string out = "\"" + (elsewhere ? diagnostic.shownFile : diagnostic.file) + "\",";
+    decimal(out, position.line);
     out += ',';
-    decimal(out, diagnostic.position.column);
+    decimal(out, position.column);
     out += ',';
     decimal(out, static_cast<std::uint32_t>(diagnostic.error));
-    out += ",\"" + errorMessage(diagnostic) + "\"\r\n";
+    out += ",\"" + errorMessage(diagnostic);
+    if (elsewhere) {
+        out += " in " + diagnostic.file + ", line ";
+        decimal(out, diagnostic.position.line);
+        out += ", column ";
+        decimal(out, diagnostic.position.column);
+    }
+    out += "\"\r\n";
     return out;
 }
 

@@ -44,7 +44,8 @@ CompileResult compile(Host& host, const CompileOptions& options);
 std::string sizeReport(const CompileResult& result, const CompileOptions& options);
 
 /// The error as one record of the error file: name, line, column, number and text, text quoted, CR LF at its
-/// end.
+/// end. For an error in a file that the IDE does not show, the place is that of the directive that includes
+/// it, since the IDE marks that line in whatever file it shows; the text says where the error is.
 std::string errorRecord(const Diagnostic& diagnostic);
 
 /// The text of an error with what it is about, without quotes.

@@ -137,11 +137,17 @@ void Scanner::include(bool brace, Position position) {
     while (whole.back() <= ' ')
         whole.pop_back();
     const bool more = whole != name;
-    if (name.find('.', start) == std::string::npos)
+    // The tree of the IDE takes the name as it is written, from a comment in braces, down to the second
+    // level.
+    const bool hasType = name.find('.', start) != std::string::npos;
+    constexpr std::size_t shownLevels = 2;
+    const bool isShown =
+        brace && hasType && outer_.size() < shownLevels && errors_.directives[source_.file].line == 0;
+    if (!hasType)
         name += ".PAS";
     if (outer_.size() >= maximumIncludeDepth)
         return fail(Error::includeNesting, position, name);
-    push(name, position, more ? notADosName(whole) : name);
+    push(name, position, more ? notADosName(whole) : name, isShown);
 }
 
 } // namespace tp3

@@ -27,6 +27,18 @@ bool isDosName(std::string_view name) {
     return true;
 }
 
+bool isDosDevice(std::string_view path) {
+    const std::size_t folder = path.find_last_of("\\/:");
+    std::string_view stem = path.substr(folder == std::string_view::npos ? 0 : folder + 1);
+    stem = stem.substr(0, stem.find('.'));
+    while (!stem.empty() && stem.back() == ' ')
+        stem.remove_suffix(1);
+    const bool numbered = stem.size() == 4 && stem.back() >= '1' && stem.back() <= '9';
+    const std::string_view kind = stem.substr(0, 3);
+    return stem == "CON" || stem == "NUL" || stem == "AUX" || stem == "PRN" || stem == "CLOCK$" ||
+           (numbered && (kind == "COM" || kind == "LPT"));
+}
+
 std::string notADosName(std::string_view name) {
     return std::string(name) + " (DOS takes names of 8 characters, a dot and 3)";
 }

@@ -160,6 +160,8 @@ std::string_view errorText(Error error) {
         return "Cannot create overlay file";
     case Error::directive:
         return "Invalid compiler directive";
+    case Error::outputFile:
+        return "Cannot write the output file";
     case Error::includeNesting:
         return "Include files nested too deep";
     case Error::withNesting:

@@ -95,6 +95,7 @@ enum class Error : std::uint8_t {
     unexpectedEnd = 91,
     overlayFile = 92,
     directive = 93,
+    outputFile = 94,
     includeNesting = 96,
     withNesting = 97,
     outOfMemory = 98,
@@ -110,6 +111,10 @@ struct Diagnostic {
     Position position;
     std::string file;   ///< name of the file that holds the error, upper case, without folder
     std::string detail; ///< what the error is about, such as the missing file's name; may be empty
+    /// When the IDE's project tree does not show that file: the innermost directive that includes it and lies
+    /// in a file that the tree shows, and that file's name. Else empty.
+    std::string shownFile = {};
+    Position shownPosition = {};
 };
 
 } // namespace tp3

@@ -5,6 +5,7 @@
 #include "dos/dos.h"
 #include "dos_name.h"
 
+#include <array>
 #include <optional>
 
 namespace {
@@ -17,6 +18,7 @@ constexpr std::string_view temporaryName = "TP3OUT.$$$";
 struct Arguments {
     std::string name;
     std::string errors;
+    bool chain = false; ///< nobody makes a .COM of the image
     tp3::CompileOptions options;
 };
 
@@ -46,7 +48,8 @@ bool takeSwitch(Arguments& arguments, std::string_view word) {
     const std::string_view rest = word.substr(2);
     switch (upper(word[1])) {
     case 'H':
-        return rest.empty();
+        arguments.chain = rest.empty();
+        return arguments.chain;
     case 'S':
         if (const auto value = hexadecimal(rest)) {
             arguments.options.start = *value;
@@ -67,25 +70,37 @@ bool takeSwitch(Arguments& arguments, std::string_view word) {
     }
 }
 
+constexpr bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+/// One word that begins with a slash: a switch, or several without blanks between them.
+bool takeSwitches(Arguments& arguments, std::string_view word) {
+    bool understood = true;
+    while (!word.empty()) {
+        const std::string_view one = word.substr(0, word.find('/', 1));
+        understood = one.size() > 1 && takeSwitch(arguments, one) && understood;
+        word.remove_prefix(one.size());
+    }
+    return understood;
+}
+
+/// All of the line is read even when a part cannot be followed, since the error file is named at its end. A
+/// slash within a word is part of a name, which the error then tells whole; so is a second word.
 bool parse(std::string_view tail, Arguments& arguments) {
+    bool understood = true;
     std::size_t at = 0;
     while (at < tail.size()) {
-        if (tail[at] == ' ' || tail[at] == '\t') {
+        const std::size_t start = at;
+        while (at < tail.size() && !isBlank(tail[at])) {
             ++at;
-            continue;
         }
-        std::size_t end = at + 1;
-        while (end < tail.size() && tail[end] != ' ' && tail[end] != '\t' && tail[end] != '/') {
-            ++end;
-        }
-        const std::string_view word = tail.substr(at, end - at);
-        at = end;
-        if (word[0] == '/') {
-            if (word.size() < 2 || !takeSwitch(arguments, word)) {
-                return false;
-            }
+        const std::string_view word = tail.substr(start, at - start);
+        if (word.empty()) {
+            ++at;
+        } else if (word[0] == '/') {
+            understood = takeSwitches(arguments, word) && understood;
         } else {
-            // A second word belongs to a name with a blank in it, which the error then tells whole.
             if (!arguments.name.empty()) {
                 arguments.name += ' ';
             }
@@ -94,7 +109,7 @@ bool parse(std::string_view tail, Arguments& arguments) {
             }
         }
     }
-    return !arguments.name.empty() && arguments.options.start >= tp3::defaultStart &&
+    return understood && !arguments.name.empty() && arguments.options.start >= tp3::defaultStart &&
            arguments.options.end > arguments.options.start;
 }
 
@@ -131,7 +146,7 @@ class DosHost : public tp3::Host {
     ~DosHost() override { progress_.clear(); }
     std::unique_ptr<tp3::SourceReader> openSource(std::string_view name) override {
         dos::File file;
-        if (!file.open(name)) {
+        if (!file.open(name) || file.isDevice()) { // a driver's own name, beside those that DOS has always
             return nullptr;
         }
         return std::make_unique<DosReader>(static_cast<dos::File&&>(file));
@@ -176,12 +191,27 @@ void outOfMemory() {
     dos::exit(exitCompileError);
 }
 
-/// Gives the image its name only when all of it is written.
-bool writeImage(const std::string& name, const std::vector<std::uint8_t>& image) {
+/// Makes a file of the bytes and so many zeros. DOS takes bytes that the disk has no room for and loses them
+/// at the end, so the size is checked.
+bool writeFile(std::string_view name, std::string_view bytes, std::size_t zeros = 0) {
+    static constexpr std::array<char, 512> nothing{}; // memory may be scarce by now
     dos::File file;
+    const std::size_t size = bytes.size() + zeros;
+    bool written = file.create(name) && file.write(bytes);
+    for (std::size_t count = 0; written && zeros != 0; zeros -= count) {
+        count = zeros < nothing.size() ? zeros : nothing.size();
+        written = file.write({nothing.data(), count});
+    }
+    written = file.close() && written;
+    return written && file.open(name) && file.size() == size;
+}
+
+/// Gives the image its name only when all of it is written. The program that the build makes of it, with the
+/// library before it, needs room too: a copy that finds none leaves a cut program and says nothing.
+bool writeImage(const std::string& name, const std::vector<std::uint8_t>& image, bool chain) {
     const std::string_view bytes(reinterpret_cast<const char*>(image.data()), image.size());
-    if (!file.create(temporaryName) || !file.write(bytes) || !file.close()) {
-        file.close();
+    const bool hasRoom = chain || writeFile(temporaryName, bytes, tp3::librarySize + bytes.size());
+    if (!hasRoom || !writeFile(temporaryName, bytes)) {
         dos::remove(temporaryName);
         return false;
     }
@@ -238,13 +268,13 @@ int dosMain() {
         return exitCompileError;
     }
     const std::string output = source.substr(0, source.find('.')) + ".CHN";
-    if (!writeImage(output, result.image)) {
+    if (!writeImage(output, result.image, arguments.chain)) {
         tp3::Diagnostic failed;
-        failed.error = tp3::Error::outOfMemory;
+        failed.error = tp3::Error::outputFile;
         failed.file = source;
         failed.position.line = 1;
         failed.position.column = 1;
-        failed.detail = "cannot write " + output;
+        failed.detail = output + " (the disk is full, or a file or folder of that name is protected)";
         writeError(failed);
         return exitCompileError;
     }

@@ -249,6 +249,16 @@ CompileResult compileWithinMemory(Host& host, const CompileOptions& options) {
     }
 }
 
+Diagnostic unwritable(const std::string& source, const std::string& reason) {
+    Diagnostic diagnostic;
+    diagnostic.error = Error::outputFile;
+    diagnostic.file = source;
+    diagnostic.position.line = 1;
+    diagnostic.position.column = 1;
+    diagnostic.detail = reason;
+    return diagnostic;
+}
+
 int perform(const Arguments& arguments, Report& report) {
     if (arguments.help) {
         report.output += help;
@@ -276,7 +286,11 @@ int perform(const Arguments& arguments, Report& report) {
     const fs::path output = arguments.output.empty() ? withExtension(source, chain ? ".CHN" : ".COM")
                                                      : fs::path(arguments.output);
     const std::string sizes = sizeReport(result, options);
-    files::writeWholeFile(output, program);
+    try {
+        files::writeWholeFile(output, program);
+    } catch (const files::FileError& failure) {
+        return reportError(arguments, unwritable(name, failure.what()), report);
+    }
     report.output += sizes;
     return done;
 }

@@ -1,5 +1,7 @@
 #include "scanner.h"
 
+#include "dos_name.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -38,11 +40,30 @@ void ErrorState::report(Error error, Position position, std::string_view detail)
     first.error = error;
     first.position = position;
     first.detail = detail;
-    if (position.file < files.size()) {
-        const std::string& path = files[position.file];
-        const std::size_t folder = path.find_last_of("\\/:");
-        first.file = folder == std::string::npos ? path : path.substr(folder + 1);
+    if (position.file >= files.size())
+        return;
+    first.file = nameOf(position.file);
+    const Position shown = shownPlace(position);
+    if (shown.file != position.file) {
+        first.shownFile = nameOf(shown.file);
+        first.shownPosition = shown;
     }
+}
+
+std::string ErrorState::nameOf(std::size_t file) const {
+    const std::string& path = files[file];
+    const std::size_t folder = path.find_last_of("\\/:");
+    return folder == std::string::npos ? path : path.substr(folder + 1);
+}
+
+// The way out of a file that includes itself ends somewhere in it.
+Position ErrorState::shownPlace(Position position) const {
+    for (std::size_t step = 0; step < files.size(); ++step) {
+        if (position.file >= directives.size() || directives[position.file].line == 0)
+            break;
+        position = directives[position.file];
+    }
+    return position;
 }
 
 Scanner::Scanner(Host& host, NameTable& names, ErrorState& errors, int pass)
@@ -105,9 +126,14 @@ int Scanner::take() {
 void Scanner::lineEnd(int character) {
     if (character == '\r' && peek() == '\n')
         skip();
-    if (source_.line < UINT16_MAX)
+    // A position has two bytes for the line; a wrong one would lead the user astray.
+    if (source_.line == UINT16_MAX) {
+        if (peek() != endOfFile)
+            fail(Error::tableOverflow, here(), "more than 65535 lines in one file");
+    } else {
         ++source_.line;
-    source_.lineStart = source_.next - source_.buffer.get();
+        source_.lineStart = source_.next - source_.buffer.get();
+    }
     ++lines_;
     constexpr std::uint32_t linesBetweenReports = 128;
     if (lines_ % linesBetweenReports == 0)
@@ -115,17 +141,29 @@ void Scanner::lineEnd(int character) {
 }
 
 bool Scanner::open(std::string_view mainFile) {
-    return push(mainFile, Position{}, mainFile);
+    return push(mainFile, Position{}, mainFile, true);
 }
 
-bool Scanner::push(std::string_view name, Position position, std::string_view shown) {
-    std::unique_ptr<SourceReader> reader = host_.openSource(name);
+// `told` is what the error says when there is no such file; `isShown`, whether the IDE's tree has this file.
+bool Scanner::push(std::string_view name, Position position, std::string_view told, bool isShown) {
+    const bool isDevice = isDosDevice(name);
+    std::unique_ptr<SourceReader> reader = isDevice ? nullptr : host_.openSource(name);
     if (reader == nullptr) {
         if (source_.reader == nullptr)
             errors_.files.emplace_back(name);
-        fail(Error::fileNotFound, position, shown);
+        fail(Error::fileNotFound, position,
+             isDevice ? std::string(name) + " (a device of DOS)" : std::string(told));
         return false;
     }
+    if (!enter(name, position, isShown))
+        return false;
+    source_.reader = std::move(reader);
+    skipByteOrderMark();
+    return true;
+}
+
+// Makes the file the innermost one.
+bool Scanner::enter(std::string_view name, Position position, bool isShown) {
     std::size_t file = 0;
     while (file < errors_.files.size() && errors_.files[file] != name)
         ++file;
@@ -133,17 +171,28 @@ bool Scanner::push(std::string_view name, Position position, std::string_view sh
         fail(Error::tableOverflow, position, name);
         return false;
     }
-    if (file == errors_.files.size())
+    if (file == errors_.files.size()) {
         errors_.files.emplace_back(name);
+        errors_.directives.emplace_back();
+    }
+    errors_.directives[file] = isShown ? Position{} : position;
     if (source_.reader != nullptr)
         outer_.push_back(std::move(source_));
     source_ = {};
-    source_.reader = std::move(reader);
     source_.buffer.reset(new char[bufferSize]);
     source_.next = source_.end = source_.buffer.get();
     source_.file = static_cast<std::uint8_t>(file);
     source_.ended = false;
     return true;
+}
+
+// Editors of today mark UTF-8 so at the begin of a file. The first column is the one after it.
+void Scanner::skipByteOrderMark() {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (fill(mark.size()) && std::string_view(source_.next, mark.size()) == mark) {
+        source_.next += mark.size();
+        source_.lineStart = static_cast<std::ptrdiff_t>(mark.size());
+    }
 }
 
 // At the end of an included file: goes on after its directive. False at the end of the main file, which stays

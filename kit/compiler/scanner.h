@@ -32,10 +32,16 @@ struct Directives {
 struct ErrorState {
     Diagnostic first;
     std::vector<std::string> files; ///< as the host opened them, in the order of Position::file
+    std::vector<Position>
+        directives; ///< of files that the IDE does not show: what includes them; line 0 else
 
     [[nodiscard]] bool failed() const { return first.error != Error::none; }
     /// Keeps the error if it is the first one.
     void report(Error error, Position position, std::string_view detail);
+
+  private:
+    [[nodiscard]] std::string nameOf(std::size_t file) const;
+    [[nodiscard]] Position shownPlace(Position position) const;
 };
 
 /// Turns the main file and the files it includes into one stream of tokens. Knows comments, directives and
@@ -104,7 +110,9 @@ class Scanner {
     [[nodiscard]] Position here() const;
     void fail(Error error, Position position, std::string_view detail = {});
 
-    bool push(std::string_view name, Position position, std::string_view shown);
+    bool push(std::string_view name, Position position, std::string_view told, bool isShown);
+    bool enter(std::string_view name, Position position, bool isShown);
+    void skipByteOrderMark();
     bool popInclude();
 
     bool skipBlanks();

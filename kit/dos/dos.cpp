@@ -149,6 +149,13 @@ bool File::seek(std::uint32_t offset) {
     return move(0, offset, position);
 }
 
+bool File::isDevice() {
+    constexpr std::uint32_t deviceBit = 0x80;
+    Registers registers{.eax = 0x4400, .ebx = static_cast<std::uint32_t>(handle_)};
+    interrupt21(registers);
+    return isOpen() && !registers.failed() && (registers.edx & deviceBit) != 0;
+}
+
 std::uint32_t File::size() {
     constexpr unsigned fromHere = 1;
     constexpr unsigned fromEnd = 2;

@@ -85,6 +85,8 @@ class File {
     bool write(std::string_view bytes);
     /// Moves to an offset from the start, in bytes.
     bool seek(std::uint32_t offset);
+    /// True for a device such as CON, which has no end.
+    bool isDevice();
     /// The length in bytes, the position unchanged; 0 on an error.
     std::uint32_t size();
 

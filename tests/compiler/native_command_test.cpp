@@ -102,6 +102,26 @@ TEST_F(NativeCommand, AnErrorIsToldWithItsPlaceAndWrittenAsARecord) {
     EXPECT_TRUE(report.errors.starts_with("MISSING.PAS(0,0): Error 90: ")) << report.errors;
 }
 
+TEST_F(NativeCommand, AnOutputThatCannotBeWrittenIsAnErrorOfItsOwn) {
+    put("GAME.PAS", "begin end.");
+    fs::create_directory(folder.native() / "GAME.CHN");
+    EXPECT_EQ(command({path("GAME.PAS"), "--chn", "--errors", path("E.TXT")}), 1);
+    EXPECT_TRUE(report.errors.starts_with("GAME.PAS(1,1): Error 94: Cannot write the output file: "))
+        << report.errors;
+    EXPECT_TRUE(content("E.TXT").starts_with("\"GAME.PAS\",1,1,94,\"Cannot write the output file: "))
+        << content("E.TXT");
+    EXPECT_TRUE(content("E.TXT").ends_with("GAME.CHN: this is a folder\"\r\n")) << content("E.TXT");
+}
+
+TEST_F(NativeCommand, TheRecordNamesAFileThatTheTreeShowsAndTheMessageTheOneInError) {
+    put("GAME.PAS", "begin\r\n{$I PART}\r\nend.");
+    put("PART.PAS", "\r\n\r\n  wrong");
+    EXPECT_EQ(command({path("GAME.PAS"), "--errors", path("E.TXT")}), 1);
+    EXPECT_TRUE(report.errors.starts_with("PART.PAS(3,3): Error 41: ")) << report.errors;
+    EXPECT_EQ(content("E.TXT"), "\"GAME.PAS\",2,3,41,\"Unknown identifier or syntax error: WRONG in "
+                                "PART.PAS, line 3, column 3\"\r\n");
+}
+
 TEST_F(NativeCommand, AnAddressLeadsBackToItsLine) {
     put("GAME.PAS", "{$I PART.INC}\r\nbegin\r\n  Say;\r\n  WriteLn(2)\r\nend.");
     put("part.inc", "procedure Say;\r\nbegin\r\n  WriteLn(1)\r\nend;\r\n");

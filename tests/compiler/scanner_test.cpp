@@ -25,6 +25,78 @@ TEST(Scanner, NothingBehindTheLastPeriodMatters) {
     EXPECT_EQ(parse("begin end. \" ? {").error(), "none");
 }
 
+TEST(Scanner, AByteOrderMarkAtTheBeginIsNoText) {
+    const std::string mark = "\xEF\xBB\xBF";
+    EXPECT_EQ(parse(mark + "begin end.").error(), "none");
+    EXPECT_EQ(parse(mark + "begin end;").error(), "10 1:10") << "the first column is the one after the mark";
+    EXPECT_EQ(parse(mark + "begin\nend;").error(), "10 2:4");
+    EXPECT_EQ(parse("begin " + mark + "end.").error(), "41 1:7") << "it means nothing elsewhere";
+    EXPECT_EQ(parse(mark + mark + "begin end.").error(), "41 1:1");
+    EXPECT_EQ(parse("\xEF\xBB").error(), "41 1:1");
+    MemoryHost host;
+    host.files["MAIN.PAS"] = "var i: integer; begin {$I A.INC} end.";
+    host.files["A.INC"] = mark + "i := 2; j";
+    EXPECT_EQ(parse(host).error(), "41 A.INC 1:9");
+}
+
+TEST(Scanner, NoErrorIsReportedInAWrongLineOfAVeryLongFile) {
+    const std::string lines(65534, '\n');
+    EXPECT_EQ(parse(lines + "begin end;").error(), "10 65535:10");
+    EXPECT_EQ(parse(lines + "begin end.\n").error(), "none") << "the line's end does not begin another one";
+    const Parsed tooLong = parse(lines + "begin\nend.");
+    EXPECT_EQ(tooLong.error(), "99 65535:7");
+    EXPECT_EQ(tooLong.diagnostic.detail, "more than 65535 lines in one file");
+    EXPECT_EQ(parse(lines + "\n\n\nbegin end;").diagnostic.error, Error::tableOverflow);
+}
+
+TEST(Scanner, DevicesOfDosAreNoFiles) {
+    for (const char* const name : {"CON.INC", "con", "Nul", "AUX.PAS", "PRN.X", "COM1", "COM9.INC", "LPT1",
+                                   "CLOCK$", "A:CON", "SUB\\NUL.INC"}) {
+        MemoryHost host;
+        host.files["MAIN.PAS"] = "begin {$I " + std::string(name) + "} end.";
+        std::string upper = name;
+        for (char& c : upper)
+            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        host.files[upper] = host.files[upper + ".PAS"] = ""; // whatever the host has of this name
+        const Parsed parsed = parse(host);
+        EXPECT_EQ(parsed.error(), "90 1:9") << name;
+        EXPECT_NE(parsed.diagnostic.detail.find("a device of DOS"), std::string::npos) << name;
+    }
+    for (const char* const name : {"CONS.INC", "COM0.INC", "COM.INC", "COM10.INC", "NUL1.INC", "XPRN.INC"}) {
+        MemoryHost host;
+        host.files["MAIN.PAS"] = "begin {$I " + std::string(name) + "} end.";
+        host.files[name] = "";
+        EXPECT_EQ(parse(host).error(), "none") << name;
+    }
+}
+
+// The IDE marks a line of the file that it shows when its tree has none of the name that the record gives.
+TEST(Scanner, AnErrorInAFileThatTheTreeDoesNotShowHasTheDirectiveThatIncludesIt) {
+    const auto shown = [](const decltype(MemoryHost::files)& files) {
+        MemoryHost host;
+        host.files = files;
+        const Parsed parsed = parse(host);
+        EXPECT_EQ(parsed.diagnostic.error, Error::unknownIdentifier);
+        const Position place = parsed.diagnostic.shownPosition;
+        return parsed.diagnostic.shownFile + " " + std::to_string(unsigned{place.line});
+    };
+    const std::string wrong = "\n\n\nwrong";
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n{$I A.INC}\nend."}, {"A.INC", wrong}}), " 0")
+        << "it is in the tree";
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n{$I A}\nend."}, {"A.PAS", wrong}}), "MAIN.PAS 2");
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n(*$I A.INC*)\nend."}, {"A.INC", wrong}}), "MAIN.PAS 2");
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n{$I A}\nend."}, {"A.PAS", "\n{$I B.INC}"}, {"B.INC", wrong}}),
+              "MAIN.PAS 2")
+        << "what it includes is not shown either";
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n{$I A.INC}\nend."},
+                     {"A.INC", "\n\n{$I B.INC}"},
+                     {"B.INC", "\n{$I C.INC}"},
+                     {"C.INC", wrong}}),
+              "B.INC 2");
+    EXPECT_EQ(shown({{"MAIN.PAS", "begin\n{$I A}\nend."}, {"A.PAS", "\n{$I B}"}, {"B.PAS", wrong}}),
+              "MAIN.PAS 2");
+}
+
 TEST(Scanner, LongLinesAndColumns) {
     const std::string blanks(100000, ' ');
     EXPECT_EQ(parse("begin" + blanks + "end;").error(), "10 1:255");

@@ -50,8 +50,11 @@ awk -v count=1000 'BEGIN {
   done
   printf 'CONSOLE LONG /H /S2E9B /ED200 /RLONG.ERR > LONG.TXT\r\n'
 } > "$work/GO.BAT"
-SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 900 dosbox \
-  -conf "$root/share/program/compiler/temp.conf" "$work/GO.BAT" -noconsole -exit > /dev/null 2>&1
+in_dos() { # SECONDS SCRIPT: runs it as the product does
+  SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout "$1" dosbox \
+    -conf "$root/share/program/compiler/temp.conf" "$2" -noconsole -exit > /dev/null 2>&1
+}
+in_dos 900 "$work/GO.BAT"
 
 for source in "$work"/*.PAS; do
   name=$(basename "$source" .PAS)
@@ -79,5 +82,80 @@ console=$(tr '\r' '\n' < "$work/CONSOLE.TXT" | sed 's/ *$//' | grep -v '^$')
 same "the console tells how far the compiler is" "$(printf '%s\n' 'Checking line '{128,256,384} 'Compiling line '{128,256,384})" "$console"
 same "and ends on an empty line" "$(printf '\r%18s\r' '' | od -c)" "$(tail -c 20 "$work/CONSOLE.TXT" | od -c)"
 same "which is not in the report of the sizes" "Code: Free: Data:" "$(cut -d' ' -f1 "$work/LONG.TXT" | tr -d '\r' | paste -sd' ')"
+
+# Sources that are wrong in ways which hung the compiler or led the IDE astray. The record must be the native compiler's.
+wrong=$work/wrong
+mkdir "$wrong"
+cp "$programs/TP3.EXE" "$wrong" || exit 1
+for device in CON NUL AUX PRN COM1 LPT1 'CLOCK$'; do
+  printf 'begin\r\n{$I %s.INC}\r\nend.\r\n' "$device" > "$wrong/D_${device%?}.PAS"
+done
+printf 'begin\r\n{$I con}\r\nend.\r\n' > "$wrong/D_NOEXT.PAS"
+printf '\xef\xbb\xbfbegin\r\n  x := 1\r\nend.\r\n' > "$wrong/MARK.PAS"
+printf 'begin\r\n{$I PART}\r\nend.\r\n' > "$wrong/NOEXT.PAS"
+printf '\r\n  wrong\r\n' > "$wrong/PART.PAS"
+{ for ((line = 0; line < 65540; ++line)); do printf '\n'; done; echo 'begin end;'; } > "$wrong/LONG.PAS"
+{
+  printf '@echo off\r\n'
+  for source in "$wrong"/*.PAS; do
+    name=$(basename "$source" .PAS)
+    printf 'TP3 %s /S2E9B /ED200 /R%s.ERR > %s.TXT\r\n' "$name" "$name" "$name"
+  done
+  printf 'TP3 ..\\OTHER/PART /S2E9B /ED200 /RSLASH1.ERR > SLASH1.TXT\r\n'
+  printf 'TP3 ../OTHER/PART /S2E9B /ED200 /RSLASH2.ERR > SLASH2.TXT\r\n'
+  printf 'TP3 /PART /S2E9B /ED200 /RSLASH3.ERR > SLASH3.TXT\r\n'
+  printf 'TP3 CON /S2E9B /ED200 /RDEVICE.ERR > DEVICE.TXT\r\n'
+  printf 'TP3 MARK /H/S2E9B/ED200/RTIGHT.ERR > TIGHT.TXT\r\n'
+} > "$wrong/GO.BAT"
+in_dos 300 "$wrong/GO.BAT"
+for source in "$wrong"/*.PAS; do
+  name=$(basename "$source" .PAS)
+  "$tp3" "$source" --errors "$wrong/native" > "$work/messages" 2>&1
+  same "the record for $name" "$(cat "$wrong/native")" "$(cat "$wrong/$name.ERR" 2>&1)"
+  rm -f "$wrong/native"
+done
+number() { cut -d, -f4 "$wrong/$1" 2>&1; }
+for name in "$wrong"/D_*.PAS; do
+  same "a device is no file: $(basename "$name")" 90 "$(number "$(basename "$name" .PAS).ERR")"
+done
+same "a byte order mark is skipped" '"MARK.PAS",2,3,41,' "$(grep -o '^.*,41,' "$wrong/MARK.ERR")"
+same "a slash in a name" '"..\OTHER/PART",1,1,90,' "$(grep -o '^.*,90,' "$wrong/SLASH1.ERR")"
+same "slashes in a name" '"../OTHER/PART",1,1,90,' "$(grep -o '^.*,90,' "$wrong/SLASH2.ERR")"
+same "a slash before a name" 90 "$(number SLASH3.ERR)"
+same "a device as the program" 90 "$(number DEVICE.ERR)"
+same "switches without blanks between them" 41 "$(number TIGHT.ERR)"
+
+# A full disk: no file can become longer than 8 kB, and what is longer is lost without a word.
+full=$work/full
+mkdir "$full"
+cp "$programs/TP3.EXE" "$full" || exit 1
+printf 'begin WriteLn(1) end.\r\n' > "$full/SMALL.PAS"
+awk 'BEGIN {
+  for (i = 0; i < 40; i++) {
+    printf "procedure P%d;\nbegin\n", i
+    for (j = 0; j < 50; j++) printf "  WriteLn(%d);\n", j
+    print "end;"
+  }
+  print "begin"
+  for (i = 0; i < 40; i++) printf "  P%d;\n", i
+  print "end."
+}' > "$full/BIG.PAS"
+for name in SMALL BIG; do echo "the old one" > "$full/$name.CHN"; done
+{
+  printf '@echo off\r\n'
+  printf 'TP3 BIG /H /S2E9B /ED200 /RBIG.ERR > BIG.TXT\r\n'
+  printf 'TP3 SMALL /S2E9B /ED200 /RSMALL.ERR > SMALL.TXT\r\n'
+} > "$full/GO.BAT"
+(trap '' XFSZ; ulimit -f 8; in_dos 100 "$full/GO.BAT")
+for name in SMALL BIG; do
+  same "no room for $name is error 94" "\"$name.PAS\",1,1,94,\"Cannot write the output file: $name.CHN " \
+    "$(grep -o '^.*CHN ' "$full/$name.ERR" 2>&1)"
+  same "and its old image is whole" "the old one" "$(cat "$full/$name.CHN")"
+done
+same "nothing else is left" "" "$(cd "$full" && ls ./*'$$$' 2> /dev/null)"
+sed -i 's/^TP3 SMALL /&\/H /' "$full/GO.BAT"
+rm -f "$full"/*.ERR
+(trap '' XFSZ; ulimit -f 8; in_dos 100 "$full/GO.BAT")
+same "an image alone needs less room" "no" "$([[ -e $full/SMALL.ERR ]] && echo yes || echo no)"
 echo "$passed passed, $failed failed"
 ((passed > 0 && failed == 0))
