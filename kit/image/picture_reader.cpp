@@ -1,5 +1,9 @@
 #include "image/picture_reader.h"
 
+#include "files/host_files.h"
+#include "image/picture_header.h"
+#include "util/host_path.h"
+
 #include <algorithm>
 #include <vector>
 #include <windows.h>
@@ -33,11 +37,37 @@ void require(HRESULT result, const std::string& path) {
         throw PictureError(path + "\r\nThis is no picture that can be read (BMP, PNG, JPEG, GIF).");
 }
 
-std::wstring wide(const std::string& text) {
-    const int size = MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, nullptr, 0);
-    std::wstring result(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, result.data(), size);
-    return result;
+std::string readFile(const std::string& path) {
+    try {
+        return files::readWholeFile(tavrel::hostPath(path), largestFile);
+    } catch (const files::FileError& error) {
+        switch (error.reason()) {
+        case files::Reason::fileNotFound:
+        case files::Reason::folderNotFound:
+        case files::Reason::badName:
+            throw PictureError(path + "\r\nThis file does not exist.");
+        case files::Reason::tooLarge:
+            throw PictureError(path + "\r\nThis file is too large: more than 300 million bytes.");
+        default:
+            throw PictureError(path + "\r\nThis file cannot be read.");
+        }
+    }
+}
+
+void requireSize(std::uint64_t width, std::uint64_t height, std::uint64_t pixels, const std::string& path) {
+    if (pixels <= mostPixels)
+        return;
+    throw PictureError(path + "\r\nThis picture is too large: " + std::to_string(width) + " x " +
+                       std::to_string(height) +
+                       " pixels, or many frames. At most 64 million pixels are read.");
+}
+
+/// Before a decoder sees the file: some unpack all of it when they open it.
+void requireHeader(std::string_view file, const std::string& path) {
+    const PictureHeader header = readHeader(file);
+    if (header.kind == PictureKind::damaged)
+        require(E_FAIL, path);
+    requireSize(header.width, header.height, header.pixels, path);
 }
 
 /// More pixels than any screen shows, so that shrinking to this first does no harm.
@@ -76,23 +106,29 @@ Picture readPicture(const std::string& path) {
     require(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
                              reinterpret_cast<void**>(factory.place())),
             path);
-    if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES)
-        throw PictureError(path + "\r\nThis file does not exist.");
+    std::string file = readFile(path); // the decoder reads from it to the end
+    requireHeader(file, path);
+    ComPointer<IWICStream> stream;
+    require(factory->CreateStream(stream.place()), path);
+    require(
+        stream->InitializeFromMemory(reinterpret_cast<BYTE*>(file.data()), static_cast<DWORD>(file.size())),
+        path);
     ComPointer<IWICBitmapDecoder> decoder;
-    require(factory->CreateDecoderFromFilename(wide(path).c_str(), nullptr, GENERIC_READ,
-                                               WICDecodeMetadataCacheOnDemand, decoder.place()),
+    require(factory->CreateDecoderFromStream(stream.get(), nullptr, WICDecodeMetadataCacheOnDemand,
+                                             decoder.place()),
             path);
     ComPointer<IWICBitmapFrameDecode> frame;
     require(decoder->GetFrame(0, frame.place()), path);
+    Size size;
+    require(frame->GetSize(&size.width, &size.height), path);
+    if (size.width == 0 || size.height == 0)
+        require(E_FAIL, path);
+    requireSize(size.width, size.height, std::uint64_t{size.width} * size.height, path);
     ComPointer<IWICFormatConverter> converter;
     require(factory->CreateFormatConverter(converter.place()), path);
     require(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone, nullptr,
                                   0, WICBitmapPaletteTypeCustom),
             path);
-    Size size;
-    require(converter->GetSize(&size.width, &size.height), path);
-    if (size.width == 0 || size.height == 0)
-        require(E_FAIL, path);
     const Size wanted = limited(size);
     ComPointer<IWICBitmapScaler> scaler;
     IWICBitmapSource* source = converter.get();

@@ -55,6 +55,20 @@ for ((i = 0; i < 16; ++i)); do echo "$((i * 17)) $((i * 17)) $((i * 17))"; done 
 check "a palette of the user's" "exit 0" "$(converter landscape.png grey.sc5 --palette greys.pal --preview grey.bmp)"
 check "makes a grey picture" "0" "$(convert grey.bmp -colorspace HSL -channel G -separate -format '%[fx:maxima]' info:)"
 
+# A file of some kilobytes can stand for 900 million pixels. It has to be refused for what its header says, before a decoder
+# makes room for them; so the header is all that these have.
+printf '\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x75\x30\0\0\x75\x30\x01\0\0\0\0' > bomb.png
+printf 'BM%52s' '' | tr ' ' '\0' > bomb.bmp
+printf '\x28\0\0\0\x30\x75\0\0\x30\x75\0\0' | dd of=bomb.bmp bs=1 seek=14 conv=notrunc status=none
+printf '\xff\xd8\xff\xc0\0\x11\x08\x75\x30\x75\x30\x03' > bomb.jpg
+printf 'GIF89a\x30\x75\x30\x75\0\0\0,\0\0\0\0\x30\x75\x30\x75\0\x02\0;' > bomb.gif
+for kind in png bmp jpg gif; do
+  check "a $kind picture of 900 million pixels is refused" \
+    $'msximg: bomb.'$kind$'\nThis picture is too large: 30000 x 30000 pixels, or many frames. At most 64 million pixels are read.\nexit 1' \
+    "$(converter "bomb.$kind" bomb.sc5)"
+done
+check "and nothing is written" "no" "$([[ -e bomb.sc5 ]] && echo yes || echo no)"
+
 echo old > old.sc5
 check "a missing picture is told" $'msximg: missing.png\nThis file does not exist.\nexit 1' "$(converter missing.png old.sc5)"
 check "so is something else" $'msximg: greys.pal\nThis is no picture that can be read (BMP, PNG, JPEG, GIF).\nexit 1' \
