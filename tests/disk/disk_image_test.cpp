@@ -273,6 +273,90 @@ TEST(DiskImage, WhatLiesBehindTheEndOfTheDirectoryStaysUnseen) {
     EXPECT_EQ(read.list().size(), 2U);
 }
 
+TEST(DiskImage, ALongNameInTheFirstSlotGoesWithItsFile) {
+    DiskImage image;
+    for (const char* const text : {"LONG", "FILE", "NEXT"})
+        add(image, text, {});
+    Bytes bytes = image.bytes();
+    bytes[rootDirectory + 11] = 0x0F;
+    DiskImage read(bytes);
+    read.remove({*read.find(name("FILE"))});
+    EXPECT_EQ(read.bytes()[rootDirectory], 0xE5);
+    EXPECT_EQ(read.bytes()[rootDirectory + 32], 0xE5);
+    EXPECT_TRUE(read.find(name("NEXT")));
+    read.remove({*read.find(name("NEXT"))});
+    EXPECT_TRUE(read.list().empty());
+    add(read, "NEW", {1});
+    EXPECT_EQ(read.find(name("NEW"))->slot, 0U);
+}
+
+/// An empty disk of so many clusters of one sector.
+Bytes smallDisk(unsigned clusters, unsigned sectorsPerFat) {
+    Geometry geometry;
+    geometry.fatCount = 1;
+    geometry.sectorsPerFat = sectorsPerFat;
+    geometry.rootEntries = 16;
+    geometry.sectorsPerCluster = 1;
+    geometry.totalSectors = 1 + sectorsPerFat + 1 + clusters;
+    Bytes bytes(geometry.totalSectors * sectorBytes);
+    writeBootSector(bytes, geometry);
+    return bytes;
+}
+
+TEST(DiskImage, ADiskHas4084ClustersAtMost) {
+    DiskImage image(smallDisk(4084, 12));
+    EXPECT_EQ(image.freeBytes(), 4084U * 512);
+    add(image, "ALL", pattern(std::size_t{4084} * 512, 1));
+    EXPECT_EQ(contentOf(DiskImage(image.bytes()), "ALL"), pattern(std::size_t{4084} * 512, 1));
+    EXPECT_THROW(DiskImage(smallDisk(4085, 12)), DiskError) << "its table would have entries of 16 bits";
+}
+
+TEST(DiskImage, TheAllocationTableHoldsEveryCluster) {
+    for (const unsigned sectors : {1U, 2U}) {
+        // An entry takes one and a half bytes, and the first two stand for no cluster.
+        const unsigned clusters = sectors * 512 * 2 / 3 - 2;
+        DiskImage image(smallDisk(clusters, sectors));
+        add(image, "ALL", pattern(std::size_t{clusters} * 512, 1));
+        EXPECT_EQ(image.freeBytes(), 0U);
+        EXPECT_TRUE(image.list().size() == 1 && image.faults().empty())
+            << "the directory begins after the table";
+        EXPECT_EQ(contentOf(DiskImage(image.bytes()), "ALL"), pattern(std::size_t{clusters} * 512, 1));
+        EXPECT_THROW(DiskImage(smallDisk(clusters + 1, sectors)), DiskError) << sectors;
+    }
+}
+
+TEST(DiskImage, WhatADeletedFileHeldIsNotInTheRestOfANewOnesCluster) {
+    DiskImage image;
+    add(image, "OLD", Bytes(3 * clusterBytes, 0xAA));
+    image.remove({*image.find(name("OLD"))});
+    add(image, "NEW", Bytes(clusterBytes + 100, 0x55));
+    const auto at = [&](std::size_t offset) {
+        return image.bytes()[image.geometry().clusterOffset(image.find(name("NEW"))->firstCluster) + offset];
+    };
+    EXPECT_EQ(at(clusterBytes + 99), 0x55);
+    for (std::size_t offset = clusterBytes + 100; offset < 2 * clusterBytes; ++offset)
+        ASSERT_EQ(at(offset), 0) << offset;
+}
+
+TEST(DiskImage, AHiddenFileThatIsReplacedIsSeen) {
+    DiskImage image;
+    add(image, "A", {1});
+    DiskImage hidden = changed(image, rootDirectory + 11, {0x07});
+    add(hidden, "A", {2});
+    EXPECT_EQ(hidden.bytes()[rootDirectory + 11], 0);
+    EXPECT_EQ(contentOf(hidden, "A"), Bytes{2});
+}
+
+TEST(DiskImage, ANameThatBeginsWithTheMarkOfDeletedFilesIsKept) {
+    DiskImage image;
+    Name83 odd = name("XA");
+    odd[0] = static_cast<char>(0xE5);
+    image.add({{odd, {7}, {}}});
+    EXPECT_EQ(image.bytes()[rootDirectory], 0x05);
+    ASSERT_TRUE(DiskImage(image.bytes()).find(odd));
+    EXPECT_EQ(image.extract(*image.find(odd)), Bytes{7});
+}
+
 TEST(FatTime, LosesOnlyTheOddSecond) {
     const std::time_t time = 1'700'000'001;
     const auto back = hostTimeOf(fatTimeOf(time));

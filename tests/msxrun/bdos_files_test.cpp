@@ -325,6 +325,146 @@ TEST(BdosFiles, NamesCannotLeaveTheFolder) {
     }
 }
 
+TEST(BdosFiles, WhatALinkStandsForIsNeitherMadeNorEmptiedNorRead) {
+    BdosBench bench;
+    const TemporaryFolder outside;
+    outside.put("VICTIM.TXT", "precious");
+    const auto& folder = bench.folder.path;
+    std::filesystem::create_symlink(outside.path / "VICTIM.TXT", folder / "LINK.TXT");
+    std::filesystem::create_symlink(outside.path / "MADE.TXT", folder / "NEW.TXT");
+    for (const char* name : {"LINK    TXT", "NEW     TXT"}) {
+        bench.putFcb(fcb, name);
+        EXPECT_EQ(bench.a(0x16, fcb), 0xFF) << name;
+    }
+    EXPECT_EQ(outside.get("VICTIM.TXT"), "precious");
+    EXPECT_FALSE(outside.has("MADE.TXT"));
+    // A link that takes the place of a file between opening and reading or writing.
+    bench.folder.put("A.DAT", "own text");
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    std::filesystem::remove(folder / "A.DAT");
+    std::filesystem::create_symlink(outside.path / "VICTIM.TXT", folder / "A.DAT");
+    bench.memory.setWord(fcb + 14, 1);
+    bench.call(0x1A, dma);
+    EXPECT_EQ(bench.call(0x27, fcb, 8).hl, 0);
+    EXPECT_EQ(bench.a(0x26, fcb, 8), 1);
+    EXPECT_EQ(outside.get("VICTIM.TXT"), "precious");
+}
+
+TEST(BdosFiles, RenamingCannotLeaveTheFolder) {
+    BdosBench bench;
+    std::filesystem::create_directory(bench.folder.path / "SUB");
+    bench.folder.put("A.PAS", "1");
+    for (const char* name : {"SUB/A   PAS", "SUB/A      ", "..      PAS", "../A    PAS", "/TMP/A  PAS",
+                             "SUB\\A   PAS", "A B     PAS", "           ", "SUB        "}) {
+        bench.putFcb(fcb, "A       PAS");
+        bench.putText(fcb + 17, name);
+        EXPECT_EQ(bench.a(0x17, fcb), 0xFF) << name;
+        EXPECT_EQ(bench.folder.get("A.PAS"), "1") << name;
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(bench.folder.path / "SUB"));
+    EXPECT_FALSE(std::filesystem::exists(bench.folder.path / "../A.PAS"));
+}
+
+std::size_t openDescriptors() {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+TEST(BdosFiles, AProgramWithManyFilesKeepsFewOfTheHostsOpen) {
+    BdosBench bench;
+    constexpr unsigned files = 300;
+    constexpr unsigned blockLength = 37;
+    const std::size_t before = openDescriptors();
+    bench.call(0x1A, dma);
+    std::size_t most = 0;
+    for (unsigned i = 0; i < files; ++i) {
+        const std::string number = std::to_string(100 + i);
+        bench.folder.put("F" + number + ".DAT", number);
+        const unsigned block = 0xA000 + i * blockLength;
+        bench.putFcb(block, "F" + number + "    DAT");
+        ASSERT_EQ(bench.a(0x0F, block), 0);
+        bench.memory.setWord(block + 14, 1);
+        EXPECT_EQ(bench.call(0x27, block, 3).hl, 3);
+        EXPECT_EQ(bench.text(dma, 3), number);
+        most = std::max(most, openDescriptors() - before);
+    }
+    EXPECT_LE(most, 64U);
+    EXPECT_GT(most, 32U) << "those that are used again are not opened each time";
+    for (unsigned i = 0; i < files; ++i) { // the ones that were closed open again
+        const unsigned block = 0xA000 + i * blockLength;
+        bench.memory.setWord(block + 33, 0);
+        EXPECT_EQ(bench.call(0x27, block, 3).hl, 3);
+        EXPECT_EQ(bench.text(dma, 3), std::to_string(100 + i));
+    }
+}
+
+TEST(BdosFiles, TheLastFreeByteCanBeWrittenAndNoMore) {
+    for (const unsigned start : {0U, 30U}) { // at the end, and beyond it, where the gap takes room too
+        BdosBench bench("", false, 100);
+        bench.call(0x1A, dma);
+        bench.putFcb(fcb, "A       DAT");
+        ASSERT_EQ(bench.a(0x16, fcb), 0);
+        bench.memory.setWord(fcb + 14, 1);
+        bench.memory.setWord(fcb + 33, start);
+        EXPECT_EQ(bench.a(0x26, fcb, 101 - start), 1) << "one byte too many";
+        bench.memory.setWord(fcb + 33, start);
+    }
+    for (const unsigned start : {0U, 30U}) {
+        BdosBench bench("", false, 100);
+        bench.call(0x1A, dma);
+        bench.putFcb(fcb, "A       DAT");
+        ASSERT_EQ(bench.a(0x16, fcb), 0);
+        bench.memory.setWord(fcb + 14, 1);
+        bench.memory.setWord(fcb + 33, start);
+        EXPECT_EQ(bench.a(0x26, fcb, 100 - start), 0);
+        EXPECT_EQ(bench.a(0x26, fcb, 1), 1) << "the disk is full now";
+        bench.memory.setWord(fcb + 33, 0);
+        EXPECT_EQ(bench.a(0x26, fcb, 100), 0) << "what is there can be written again";
+        bench.memory.setWord(fcb + 33, 90);
+        EXPECT_EQ(bench.a(0x26, fcb, 0), 0) << "shortened by 10 bytes";
+        EXPECT_EQ(bench.a(0x26, fcb, 11), 1);
+        EXPECT_EQ(bench.a(0x26, fcb, 10), 0);
+        EXPECT_EQ(bench.a(0x10, fcb), 0);
+        EXPECT_EQ(bench.folder.get("A.DAT").size(), 100U);
+    }
+    BdosBench bench("", false, 100);
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x16, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    for (const auto& [length, answer] : {std::pair(101U, 1), std::pair(100U, 0)}) {
+        bench.memory.setWord(fcb + 33, length);
+        EXPECT_EQ(bench.a(0x26, fcb, 0), answer) << "lengthened to " << length;
+    }
+}
+
+TEST(BdosFiles, TheBlockOfADeviceSaysSoAndNamesNoFile) {
+    for (const char* name : {"CON        ", "AUX     TXT", "NUL        ", "LST     PAS", "PRN        "}) {
+        for (const unsigned function : {0x0FU, 0x16U}) {
+            BdosBench bench;
+            bench.putFcb(fcb, name);
+            bench.memory.setDoubleWord(fcb + 16, 0x12345678);
+            EXPECT_EQ(bench.a(function, fcb), 0) << name;
+            EXPECT_EQ(bench.memory.doubleWord(fcb + 16), 0U) << name;
+            EXPECT_GE(bench.memory.byte(fcb + 24), 0x80) << name;
+            bench.memory.setWord(fcb + 14, 1);
+            EXPECT_EQ(bench.a(0x26, fcb, 0), 1) << name << " has no length";
+            EXPECT_EQ(bench.a(0x10, fcb), 0) << name;
+            EXPECT_TRUE(std::filesystem::is_empty(bench.folder.path)) << name;
+        }
+    }
+    BdosBench bench;
+    bench.putFcb(fcb, "NUL        ");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.call(0x1A, dma);
+    bench.putText(dma, "text");
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.a(0x26, fcb, 4), 0);
+    EXPECT_EQ(bench.call(0x27, fcb, 4).hl, 0) << "nothing comes back";
+    EXPECT_EQ(bench.console.screen + bench.console.paper, "");
+    bench.putFcb(fcb, "NULL       ");
+    EXPECT_EQ(bench.a(0x0F, fcb), 0xFF) << "a longer name is a file's";
+}
+
 TEST(BdosFiles, DevicesAreFiles) {
     BdosBench bench("xy");
     bench.call(0x1A, dma);

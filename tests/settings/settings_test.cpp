@@ -93,6 +93,27 @@ TEST(RecentList, TheSixthPushesTheOldestOut) {
     EXPECT_EQ(settings.Recent, (std::array<std::string, 5>{"6", "4", "3", "2", ""}));
 }
 
+TEST(RecentList, EveryEntryIsKnownAndCanBeRemoved) {
+    for (std::size_t entry = 0; entry < 5; ++entry) {
+        Settings settings;
+        settings.Recent = {"C:\\1.TPJ", "C:\\2.TPJ", "C:\\3.TPJ", "C:\\4.TPJ", "C:\\5.TPJ"};
+        const Settings before = settings;
+        EXPECT_FALSE(addToRecentList(settings, "c:\\" + std::to_string(entry + 1) + ".tpj")) << entry;
+        EXPECT_EQ(settings, before) << entry;
+        std::vector<std::string> expected(before.Recent.begin(), before.Recent.end());
+        expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(entry));
+        expected.emplace_back();
+        removeFromRecentList(settings, entry);
+        EXPECT_EQ(std::vector<std::string>(settings.Recent.begin(), settings.Recent.end()), expected)
+            << entry;
+    }
+    Settings settings;
+    settings.Recent = {"1", "2", "3", "4", "5"};
+    const Settings before = settings;
+    removeFromRecentList(settings, 5);
+    EXPECT_EQ(settings, before) << "there is no sixth";
+}
+
 TEST(RecentList, IsStoredAndShownWhenItChanges) {
     test::TestWorkspace test;
     AddRecentFile(test.workspace, "C:\\A.TPJ");
@@ -122,6 +143,16 @@ TEST(FileAssociation, EverySaveWritesTheSameSixValues) {
         {"Tavrel.file\\shell\\Open\\command", "", "C:\\T\\Tavrel.exe %1"},
     };
     EXPECT_EQ(registry.written, expected);
+}
+
+TEST(FileAssociation, OnlyTheStoredTrueSwitchesItOn) {
+    for (const int value : {1, 2, -2, 255, 256, -256, 32767, -32768}) {
+        test::FakeRegistry registry;
+        Settings settings;
+        settings.RegisterTpj = static_cast<std::int16_t>(value);
+        RegisterFileType(registry, settings, "C:\\T\\");
+        EXPECT_TRUE(registry.written.empty()) << value;
+    }
 }
 
 TEST(FileAssociation, ARegistryThatRefusesIsLeftAlone) {

@@ -15,6 +15,26 @@ TEST(TextInput, LinesEndAtAnyLineEnd) {
     EXPECT_TRUE(input.atEnd());
 }
 
+TEST(TextInput, OnlyACarriageReturnAndTheLineFeedAfterItAreOneLineEnd) {
+    TextInput input("a\r\rb\n\nc\n\rd\r\r\ne");
+    for (const char* const expected : {"a", "", "b", "", "c", "", "d", "", "e"})
+        EXPECT_EQ(input.line(), expected);
+    EXPECT_TRUE(input.atEnd());
+    TextInput items("1\r\r2\n\n\"3\"\n\r4\r");
+    for (const char* const expected : {"1", "", "2", "", "3", "", "4"})
+        EXPECT_EQ(items.item(), expected);
+    EXPECT_TRUE(items.atEnd());
+}
+
+TEST(TextInput, TabsAndBlanksBeforeAnItemAreSkipped) {
+    TextInput input("\t \tA\t,\t\"B\"\t,\t\r\n\tC");
+    EXPECT_EQ(input.item(), "A\t");
+    EXPECT_EQ(input.item(), "B");
+    EXPECT_EQ(input.item(), "");
+    EXPECT_EQ(input.item(), "C");
+    EXPECT_TRUE(input.atEnd());
+}
+
 TEST(TextInput, ReadingPastTheEndFails) {
     TextInput input("");
     try {
