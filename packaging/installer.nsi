@@ -82,15 +82,81 @@ a folder of plain letters and digits." /SD IDOK
   ${EndIf}
 FunctionEnd
 
+; Puts the folder into $INSTDIR that is best when nobody has chosen one: the user's own; else the same by its short name, which
+; has no blank; else one in the root of the drive that nobody has made yet, since what is there may be a trap of another user's.
+Function chooseFolder
+  StrCpy $0 "$LOCALAPPDATA\Tavrel"
+  Call strangerIn
+  ${If} $1 != ""
+    GetFullPathName /SHORT $0 $LOCALAPPDATA
+    ${If} $0 == "" ; the folder is not there
+      StrCpy $0 " "
+    ${EndIf}
+    StrCpy $0 "$0\Tavrel"
+    Call strangerIn
+  ${EndIf}
+  ${If} $1 != ""
+    StrCpy $8 $WINDIR 2
+    StrCpy $0 "$8\Tavrel"
+    StrCpy $9 1
+    ${While} ${FileExists} "$0\*.*"
+      IntOp $9 $9 + 1
+      StrCpy $0 "$8\Tavrel$9"
+    ${EndWhile}
+  ${EndIf}
+  StrCpy $INSTDIR $0
+FunctionEnd
+
+; Makes $INSTDIR. Outside the user's own folders every user of the machine may write into a new folder, and could so put a program
+; of theirs in the place of one of ours; there, others are only allowed to read. On a drive without rights nothing changes.
+Function makeFolder
+  ${If} ${FileExists} "$INSTDIR\*.*"
+    Return
+  ${EndIf}
+  CreateDirectory $INSTDIR
+  StrLen $1 "$PROFILE\"
+  StrCpy $2 "$INSTDIR\" $1
+  GetFullPathName /SHORT $3 $PROFILE
+  StrLen $4 "$3\"
+  StrCpy $5 "$INSTDIR\" $4
+  ${If} $2 == "$PROFILE\"
+  ${OrIf} $5 == "$3\"
+    Return
+  ${EndIf}
+  ; The SID of this user, as text in $4.
+  StrCpy $4 ""
+  System::Call 'kernel32::GetCurrentProcess() p .r0'
+  System::Call 'advapi32::OpenProcessToken(p r0, i 8, *p .r1) i .r0' ; 8: TOKEN_QUERY
+  ${If} $0 <> 0
+    System::Alloc 256
+    Pop $2
+    System::Call 'advapi32::GetTokenInformation(p r1, i 1, p r2, i 256, *i .r3) i .r0' ; 1: TokenUser
+    ${If} $0 <> 0
+      System::Call '*$2(p .r3)'
+      System::Call 'advapi32::ConvertSidToStringSidW(p r3, *p .r0) i .r5'
+      ${If} $5 <> 0
+        System::Call '*$0(&w256 .r4)'
+        System::Call 'kernel32::LocalFree(p r0)'
+      ${EndIf}
+    ${EndIf}
+    System::Free $2
+    System::Call 'kernel32::CloseHandle(p r1)'
+  ${EndIf}
+  ${If} $4 == ""
+    Return
+  ${EndIf}
+  ; Protected from the root's rights: everything for the system, administrators and this user, reading for all others.
+  StrCpy $5 "D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FA;;;$4)(A;OICI;0x1200a9;;;BU)"
+  System::Call 'advapi32::ConvertStringSecurityDescriptorToSecurityDescriptorW(w r5, i 1, *p .r0, p 0) i .r1'
+  ${If} $1 <> 0
+    System::Call 'advapi32::SetFileSecurityW(w "$INSTDIR", i 4, p r0) i .r1' ; 4: DACL_SECURITY_INFORMATION
+    System::Call 'kernel32::LocalFree(p r0)'
+  ${EndIf}
+FunctionEnd
+
 Function .onInit
   ${If} $INSTDIR == "" ; no /D and not installed yet
-    StrCpy $INSTDIR "$LOCALAPPDATA\Tavrel"
-    StrCpy $0 $INSTDIR
-    Call strangerIn
-    ${If} $1 != ""
-      StrCpy $INSTDIR $WINDIR 2
-      StrCpy $INSTDIR "$INSTDIR\Tavrel"
-    ${EndIf}
+    Call chooseFolder
   ${EndIf}
   ${If} ${Silent} ; nobody will see the page that refuses
     Call refuseUnusableFolder
@@ -103,6 +169,7 @@ Section "Tavrel" tavrelSection
   ${If} ${FileExists} "$INSTDIR\uninstall.exe"
     ExecWait '"$INSTDIR\uninstall.exe" /S /UPGRADE _?=$INSTDIR'
   ${EndIf}
+  Call makeFolder
   !include "${LISTS}\install.nsh"
   SetOutPath $INSTDIR
   WriteUninstaller "$INSTDIR\uninstall.exe"

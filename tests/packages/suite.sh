@@ -169,9 +169,32 @@ default_folder() {
   same "nothing is left" "gone" "$([[ -e $program ]] || echo gone)"
 }
 
+# Where it installs to when nobody says; and who else may write there.
+folder_with() { # LOCAL-APPDATA
+  wine reg delete "$uninstall_key" /f > /dev/null 2>&1
+  wine reg add "$shell_folders" /v 'Local AppData' /t REG_EXPAND_SZ /d "$1" /f > /dev/null 2>&1
+  install
+  registry "$uninstall_key" /v InstallLocation | sed -n 's/.*REG_SZ *//p'
+}
+other_default_folders() {
+  local shell_folders='HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders' short drive=$WINEPREFIX/drive_c
+  mkdir -p "$drive/users/Jane Doe/Local"
+  short=$(folder_with 'C:\users\Jane Doe\Local')
+  check "a user's folder with a blank is taken by its short name" 'C:\\users\\*~*\\Local\\Tavrel' "$short"
+  check "which is the same folder" "*uninstall.exe" "$(ls "$drive/users/Jane Doe/Local/Tavrel"/uninstall.exe 2>&1)"
+  same "without a usable folder of the user's it is one in the root" 'C:\Tavrel' "$(folder_with 'C:\users\a@b\L')"
+  # The rights of Windows as Wine shows them: none for users who are neither the owner nor administrators.
+  check "where others may not write" "drwx???---" "$(stat -c %A "$drive/Tavrel")"
+  same "what somebody made there before is left alone" 'C:\Tavrel2' "$(folder_with 'C:\users\a@b\L')"
+  wine reg add "$shell_folders" /v 'Local AppData' /t REG_EXPAND_SZ /d '%USERPROFILE%\AppData\Local' /f > /dev/null 2>&1
+  wine reg delete "$uninstall_key" /f > /dev/null 2>&1
+  rm -rf "$drive/users/Jane Doe" "$drive/users/a@b" "$drive/Tavrel" "$drive/Tavrel2"
+}
+
 programs
 packaging
 first_program
 installation
 default_folder
+other_default_folders
 summary
