@@ -461,6 +461,15 @@ TEST(BdosFiles, TheBlockOfADeviceSaysSoAndNamesNoFile) {
     EXPECT_EQ(bench.a(0x26, fcb, 4), 0);
     EXPECT_EQ(bench.call(0x27, fcb, 4).hl, 0) << "nothing comes back";
     EXPECT_EQ(bench.console.screen + bench.console.paper, "");
+    // A block that was a file's before still holds the number of its cluster.
+    bench.folder.put("A.DAT", "text");
+    bench.putFcb(fcb, "A       DAT");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.putText(fcb + 1, "NUL        ");
+    ASSERT_EQ(bench.a(0x0F, fcb), 0);
+    bench.memory.setWord(fcb + 14, 1);
+    EXPECT_EQ(bench.a(0x26, fcb, 0), 1) << "which must not be cut";
+    EXPECT_EQ(bench.folder.get("A.DAT"), "text");
     bench.putFcb(fcb, "NULL       ");
     EXPECT_EQ(bench.a(0x0F, fcb), 0xFF) << "a longer name is a file's";
 }
