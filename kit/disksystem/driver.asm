@@ -161,6 +161,18 @@ lineOfChange:
         bit     2,a
         ret
 
+; lineOfProtection: Out: NZ when the disk is write-protected. Changes AF, HL.
+lineOfProtection:
+        call    startMotor
+        di
+        ld      a,commandStop           ; the status is that of the drive afterwards
+        ld      (fdcCommand),a
+        call    commandDelay
+        ld      a,(fdcCommand)
+        ei
+        bit     statusProtected,a
+        ret
+
 ; startMotor: selects the drive, with its motor on for some seconds more. Changes AF, HL.
 startMotor:
         ld      a,motorTime

@@ -2,9 +2,19 @@
 
 bitmapSector    equ 0FFFFh      ; a buffer with a bit for each cluster goes by this number, which no sector has
 
-; mayWrite: Out: carry when nothing is to be written to the disk in place, as its tables contradict each other. The first
-; time the tables are looked through; buffers change then. Changes all.
+; mayWrite: Out: carry when nothing is to be written to the disk in place: it is write-protected and the user or the program gave
+; up, or its tables contradict each other. The first time the tables are looked through; buffers change then. Changes all.
 mayWrite:
+        call    lineOfProtection
+        jr      z,_open
+        ld      a,1
+        ld      (diskWrites),a
+        ld      a,errorProtected
+        call    diskError
+        jr      z,mayWrite
+        scf
+        ret
+_open:
         ld      a,(diskState)
         cp      stateGood
         jr      z,_check
