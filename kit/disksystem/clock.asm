@@ -305,37 +305,18 @@ writeClock:
         out     (clockAddress),a
         xor     a                       ; block 0, stopped while it changes
         out     (clockData),a
-        ld      hl,clockPairs
-_pair:
+        ld      hl,clockSteps
+_step:
         ld      a,(hl)
-        inc     a
+        inc     hl
+        cp      0FFh
         jr      z,_start
-        dec     a
-        ld      b,a
-        inc     hl
-        ld      e,(hl)
-        inc     hl
-        ld      d,high softClock
-        ld      a,(de)
-        ld      c,0
-_tens:
-        sub     10
-        jr      c,_ones
-        inc     c
-        jr      _tens
-_ones:
-        add     a,10
-        ld      d,a
-        ld      a,b
         out     (clockAddress),a
-        ld      a,d
+        ld      a,(hl)
+        inc     hl
+        call    valueOfStep
         out     (clockData),a
-        inc     b
-        ld      a,b
-        out     (clockAddress),a
-        ld      a,c
-        out     (clockData),a
-        jr      _pair
+        jr      _step
 _start:
         call    dayOfWeek
         ld      b,a
@@ -348,9 +329,52 @@ _start:
         ld      a,8
         out     (clockData),a
         ret
-clockPairs:
-        defb    clockSecond,low softSecond,clockMinute,low softMinute,clockHour,low softHour
-        defb    clockDay,low softDay,clockMonth,low softMonth,clockYear,low softYear,0FFh
+
+; valueOfStep: In: A = second byte of a step. Out: A = value for the register. Changes F, BC, DE.
+valueOfStep:
+        cp      stepTens
+        ret     c
+        ld      b,a
+        and     7
+        add     a,low softClock
+        ld      e,a
+        ld      d,high softClock
+        ld      a,(de)
+        ld      c,0
+_tens:
+        sub     10
+        jr      c,_ones
+        inc     c
+        jr      _tens
+_ones:
+        add     a,10
+        bit     4,b
+        ret     nz                      ; stepOnes
+        bit     5,b
+        jr      nz,_alone
+        ld      a,c                     ; stepTens
+        ret
+_alone:
+        inc     c
+        dec     c
+        ret     z
+        xor     a
+        ret
+
+; Registers and their values: a digit, or with a byte of softClock its tens, its ones, or its ones where it has no tens, else 0.
+; The chip holds a date and a time that there are after each step: one that there is not would become another.
+stepTens        equ 80h
+stepOnes        equ 90h
+stepAlone       equ 0A0h
+clockSteps:
+        defb    clockDay + 1,1,clockDay,0       ; the tenth is in every month
+        defb    clockYear,stepOnes + 5,clockYear + 1,stepTens + 5
+        defb    clockMonth,1,clockMonth + 1,stepTens + 4,clockMonth,stepOnes + 4
+        defb    clockDay,stepAlone + 3,clockDay + 1,stepTens + 3,clockDay,stepOnes + 3
+        defb    clockHour + 1,0,clockHour,0,clockHour + 1,stepTens + 2,clockHour,stepOnes + 2
+        defb    clockMinute + 1,stepTens + 1,clockMinute,stepOnes + 1
+        defb    clockSecond + 1,stepTens,clockSecond,stepOnes
+        defb    0FFh
 
 ; packedTime: Out: HL = time, DE = date, as directory entries hold them. Changes AF, BC.
 packedTime:
