@@ -17,10 +17,19 @@ constexpr std::size_t bootEntry = 0x1E;
 /// The sector lies at C000h when the disk system calls the boot entry: with carry clear first, which wants
 /// nothing of it, and with carry set when RAM is in place and a system may start. Loads the user's MSXDOS.SYS
 /// if the disk has it; returns otherwise, which starts BASIC.
-constexpr std::array<std::uint8_t, 79> bootCode = {
-    0xD0,             // C01E RET NC
-    0x11, 0x48, 0xC0, //      LD DE,C048      the file control block
-    0x0E, 0x0F,       //      LD C,0F         open
+///
+/// The bytes from 24h to 3Dh are no code: later systems keep the drive's number there, a mark for a disk that
+/// was not unmounted, a serial number and a label, and would complain of what they find.
+constexpr std::array<std::uint8_t, 110> bootCode = {
+    0xD0,                // C01E RET NC
+    0x18, 0x1D,          //      JR C03E
+    0,    0,    0,       // C021
+    0,    0,    0x29,    // C024 no drive number, unmounted as it should be, and the three that follow:
+    0,    0,    0,    0, //      serial number
+    'N',  'O',  ' ',  'N', 'A', 'M', 'E', ' ', ' ', ' ', ' ', //      label
+    'F',  'A',  'T',  '1', '2', ' ', ' ', ' ',                //      type
+    0x11, 0x67, 0xC0,                                         // C03E LD DE,C067      the file control block
+    0x0E, 0x0F,                                               //      LD C,0F         open
     0xCD, 0x7D, 0xF3, //      CALL F37D       the disk system's entry while there is no page 0 of MSX-DOS
     0xB7,             //      OR A
     0xC0,             //      RET NZ
@@ -28,15 +37,15 @@ constexpr std::array<std::uint8_t, 79> bootCode = {
     0x0E, 0x1A,       //      LD C,1A         where to read to
     0xCD, 0x7D, 0xF3, //      CALL F37D
     0x21, 0x01, 0x00, //      LD HL,1
-    0x22, 0x56, 0xC0, //      LD (C056),HL    records of one byte
+    0x22, 0x75, 0xC0, //      LD (C075),HL    records of one byte
     0x21, 0x00, 0x3F, //      LD HL,3F00      as many as there are, up to page 1
-    0x11, 0x48, 0xC0, //      LD DE,C048
+    0x11, 0x67, 0xC0, //      LD DE,C067
     0x0E, 0x27,       //      LD C,27         read
     0xCD, 0x7D, 0xF3, //      CALL F37D
     0x31, 0x1F, 0xF5, //      LD SP,F51F
     0xC3, 0x00, 0x01, //      JP 0100
     0x00, 'M',  'S',  'X', 'D', 'O', 'S', ' ', ' ', 'S', 'Y', 'S',
-    // C054: the rest of the block's 37 bytes is 0
+    // C073: the rest of the block's 37 bytes is 0
 };
 
 /// With more clusters the entries of the file allocation table would have 16 bits.
