@@ -13,8 +13,8 @@ namespace tavrel {
 /// The maker's web page. A placeholder: whoever publishes the program puts the address here.
 inline const std::string makersWebPage = "https://example.org/tavrel";
 
-/// A modeless dialog with a link to the maker's page, a label that closes it and a button that opens the
-/// history.
+/// A modeless dialog with a link to the maker's page, a button that opens the history and one that
+/// closes it.
 class Form6 : private MessageFilter {
   public:
     Form6(HWND owner, Shell& shell, std::function<void()> showHistory);

@@ -81,6 +81,8 @@ const std::vector<CommandRow>& rows() {
         {"keyFind", keyFind, "Find", key, 0, always, {'F', true, "Ctrl+F"}, &Form1::findCommand},
         {"keyFindNext", keyFindNext, "Find Next", key, 0, always, {VK_F3, false, "F3"}, &Form1::findNextCommand},
         {"keyReplace", keyReplace, "Replace", key, 0, always, {'H', true, "Ctrl+H"}, &Form1::replaceCommand},
+        {"keyUndo", keyUndo, "Undo", key, 0, always, {VK_BACK, false, "Alt+Backspace", false, true}, &Form1::undoCommand},
+        {"keyReload", keyReload, "Load from disk again", key, 0, always, {'R', true, "Ctrl+R"}, &Form1::reloadCommand},
         {"keyGoToLine", keyGoToLine, "Go to line", key, 0, always, {'G', true, "Ctrl+G"}, &Form1::goToLineCommand},
     };
     return table;
@@ -149,7 +151,9 @@ HACCEL makeAccelerators() {
     for (const CommandRow& row : rows()) {
         if (row.shortcut.key == 0)
             continue;
-        const auto modifier = static_cast<BYTE>(FVIRTKEY | (row.shortcut.control ? FCONTROL : 0));
+        const auto modifier =
+            static_cast<BYTE>(FVIRTKEY | (row.shortcut.control ? FCONTROL : 0) |
+                              (row.shortcut.shift ? FSHIFT : 0) | (row.shortcut.alt ? FALT : 0));
         accelerators.push_back({modifier, row.shortcut.key, static_cast<WORD>(row.identifier)});
     }
     return CreateAcceleratorTableA(accelerators.data(), static_cast<int>(accelerators.size()));

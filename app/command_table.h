@@ -27,6 +27,8 @@ struct Shortcut {
     BYTE key = 0; ///< virtual key, 0 for none
     bool control = false;
     const char* text = ""; ///< as the menu shows it
+    bool shift = false;
+    bool alt = false;
 };
 
 struct CommandRow {

@@ -3,8 +3,11 @@
 #include "app/command_line.h"
 #include "app/command_table.h"
 #include "editor/autocomplete_list.h"
+#include "editor/oem_characters.h"
+#include "project/editor_file.h"
 #include "project/file_switching.h"
 #include "project/project_loading.h"
+#include "project/unwritable_folder.h"
 #include "util/files.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
@@ -32,6 +35,7 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
         new Workspace{*Code1_, *this, seams.messages, seams.dialogs, seams.registry, AppDir, {}});
     form2_ = std::make_unique<Form2>(window_, [this] { return workspace_->project.Name; });
     form6_ = std::make_unique<Form6>(window_, shell_, [this] { showHistory(); });
+    form7_ = std::make_unique<Form7>();
     findDialogs_ =
         std::make_unique<FindDialogs>(window_, *Code1_, seams.messages, [this](const std::string& text) {
             setPanel(StatusPanel::message, text);
@@ -43,6 +47,7 @@ Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
 Form1::~Form1() {
     workspace_->tree.setListener(nullptr);
     form2_.reset();
+    form7_.reset();
     form6_.reset();
     findDialogs_.reset();
     if (IsWindow(window_) != 0) {
@@ -83,10 +88,24 @@ void Form1::makeWindows() {
     Code1_ = std::make_unique<CodeEditor>(window_, Form1_Code1);
     makeStatusBar();
     scale_ = windowScale(window_); // only now is it known which screen the window comes up on
-    SetWindowPos(window_, nullptr, 0, 0, scale_.toPixelsX(firstWidth), scale_.toPixelsY(firstHeight),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    placeOnScreen();
     applyScale();
     accelerators_ = makeAccelerators();
+}
+
+/// The first size, as far as the screen has room for it: the status bar must be in sight.
+void Form1::placeOnScreen() {
+    RECT at = {};
+    GetWindowRect(window_, &at);
+    MONITORINFO screen = {};
+    screen.cbSize = sizeof screen;
+    GetMonitorInfoA(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &screen);
+    const RECT& work = screen.rcWork;
+    const PixelArea place =
+        fittedInto({work.left, work.top, work.right - work.left, work.bottom - work.top},
+                   {at.left, at.top, scale_.toPixelsX(firstWidth), scale_.toPixelsY(firstHeight)});
+    SetWindowPos(window_, nullptr, place.left, place.top, place.width, place.height,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void Form1::makeStatusBar() {
@@ -123,7 +142,9 @@ void Form1::removeShortcutKeysFromEditor() {
     for (const CommandRow& row : commandTable()) {
         constexpr int firstFunctionKey = VK_F1;
         if (row.shortcut.key != 0 && row.shortcut.key < firstFunctionKey) // the editor has no function keys
-            Code1_->releaseKey(row.shortcut.key, row.shortcut.control ? SCMOD_CTRL : 0);
+            Code1_->releaseKey(row.shortcut.key, (row.shortcut.control ? SCMOD_CTRL : 0) |
+                                                     (row.shortcut.shift ? SCMOD_SHIFT : 0) |
+                                                     (row.shortcut.alt ? SCMOD_ALT : 0));
     }
 }
 
@@ -179,7 +200,8 @@ void Form1::guarded(const std::function<void()>& operation) {
     try {
         operation();
     } catch (const RuntimeError& error) {
-        workspace_->messages.show(error.message(), "Tavrel", Icon::critical, Buttons::ok);
+        workspace_->messages.show(explainedMessage(*workspace_, error), "Tavrel", Icon::critical,
+                                  Buttons::ok);
     } catch (const ProgramEnds&) {
         // The window is going away; there is nobody left to tell.
     } catch (const std::exception& error) {
@@ -188,7 +210,7 @@ void Form1::guarded(const std::function<void()>& operation) {
 }
 
 void Form1::activated() {
-    setPanel(StatusPanel::message, "");
+    setPanel(StatusPanel::message, diskChangeNotice(*workspace_));
     const ProjectTree& tree = workspace_->tree;
     const std::size_t shown = tree.find(workspace_->project.SelectedKey);
     showCurrentView(*workspace_, tree.count() == 0 ? "no file" : shown == 0 ? "" : tree.node(shown).text);
@@ -228,6 +250,21 @@ void Form1::timerTick() {
     setPanel(StatusPanel::cursorPosition,
              "Line: " + std::to_string(start.line + 1) + " Col: " + std::to_string(start.column + 1));
     followEditor();
+    copyTypedTextWhenDue();
+}
+
+/// Never in the way: not while keys wait, and a copy that fails is tried again with the next change.
+void Form1::copyTypedTextWhenDue() {
+    const unsigned long long changes = Code1_->changeCount();
+    if (!Code1_->modified()) {
+        typingWatch_.settled(changes);
+        return;
+    }
+    const unsigned long long now = GetTickCount64();
+    if (!typingWatch_.isDue(changes, now) || HIWORD(GetQueueStatus(QS_KEY)) != 0)
+        return;
+    typingWatch_.copied(changes, now);
+    copyTypedText(*workspace_);
 }
 
 void Form1::followEditor() {
@@ -246,6 +283,12 @@ void Form1::setPanel(StatusPanel panel, const std::string& text) {
     shown.pop_back();
     if (shown != text) // the timer would make it flicker
         SendMessageA(StatusBar1_, SB_SETTEXTA, part, std::bit_cast<LPARAM>(text.c_str()));
+}
+
+/// A signature comes from a source text, whose frames and accents are OEM characters.
+void Form1::showSignature(const std::string& signature) {
+    constexpr auto part = static_cast<WPARAM>(static_cast<int>(StatusPanel::message) - 1);
+    SendMessageW(StatusBar1_, SB_SETTEXTW, part, std::bit_cast<LPARAM>(unicodeOfOem(signature).c_str()));
 }
 
 void Form1::setWaitPointer(bool wait) {
@@ -280,6 +323,7 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
                          0); // not from inside the control's mouse handling
         return 0;
     case nodeClicked:
+        TV_->choiceTaken();
         guarded([&] {
             if (first >= 1 && first <= workspace_->tree.count())
                 switchToNode(*workspace_, first);
@@ -315,7 +359,15 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
         return DefWindowProcA(window_, message, first, second);
     case WM_CTLCOLORSTATIC:
         return std::bit_cast<LRESULT>(pictureBrush_);
+    case WM_ENDSESSION:
+        // Windows ends: the process may be stopped as soon as this returns.
+        if (first != 0)
+            guarded([this] { rescueEditorText(*workspace_); });
+        return 0;
     case WM_DESTROY:
+        // The program ends without a question, as it always has; what was not saved is kept beside.
+        if (loaded_)
+            guarded([this] { rescueEditorText(*workspace_); });
         KillTimer(window_, Form1_Timer1);
         PostQuitMessage(0);
         return 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "about/form6.h"
+#include "about/form7.h"
 #include "app/layout.h"
 #include "app/resource.h"
 #include "build/compilation.h"
@@ -53,6 +54,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     TreeView& TV() { return *TV_; }
     FindDialogs& findDialogs() { return *findDialogs_; }
     Form6& aboutDialog() { return *form6_; }
+    Form7& historyWindow() { return *form7_; }
     Form2& progressWindow() { return *form2_; }
     const std::vector<std::string>& AutocompleteList() const { return AutocompleteList_; }
     /// Index of the last entry of that list, -1 before it has been read.
@@ -108,6 +110,7 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void aboutCommand();
     void printCommand();
     void goToLineCommand();
+    void reloadCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -118,8 +121,10 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void editorMouseDown(MouseButton button, int shift, int x, int y) override;
     void showHistory();
     void showSignatureFor(int character);
+    void showSignature(const std::string& signature);
 
     void makeWindows();
+    void placeOnScreen();
     void makeStatusBar();
     void removeShortcutKeysFromEditor();
     void runCommand(UINT identifier);
@@ -135,9 +140,11 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void place(const FormLayout& layout);
     FormMeasures measures() const;
     void timerTick();
+    void copyTypedTextWhenDue();
     void followEditor();
     void popUpMenu(UINT identifier);
     void filesDropped(HDROP drop);
+    bool saveBeforeDrop();
     void rescaled(int pixelsPerInch, const RECT& place);
     void applyScale();
     void handleCommandLine(const std::string& argument);
@@ -161,6 +168,8 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     std::unique_ptr<FindDialogs> findDialogs_;
     std::unique_ptr<Form2> form2_;
     std::unique_ptr<Form6> form6_;
+    std::unique_ptr<Form7> form7_;
+    TypingWatch typingWatch_;
     ProcessRunner& processes_;
     Shell& shell_;
     PrintDevice& printer_;

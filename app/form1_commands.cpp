@@ -1,5 +1,4 @@
 // The main window's commands.
-#include "about/form7.h"
 #include "about/history.h"
 #include "app/command_table.h"
 #include "app/form1.h"
@@ -7,6 +6,8 @@
 #include "app/go_to_line.h"
 #include "build/disk_launch.h"
 #include "build/form3.h"
+#include "project/editor_file.h"
+#include "project/file_switching.h"
 #include "project/form5.h"
 #include "project/include_files.h"
 #include "project/new_project.h"
@@ -238,18 +239,37 @@ void Form1::goToLineCommand() {
     Code1_->giveFocus();
 }
 
+void Form1::reloadCommand() {
+    reloadEditorFile(*workspace_);
+    refreshTooltips();
+}
+
+/// The menu's commands take unsaved text without a question; a drop is easily made by mistake. False on
+/// Cancel.
+bool Form1::saveBeforeDrop() {
+    if (!Code1_->modified())
+        return true;
+    const Answer answer = askToSaveText(*workspace_);
+    const std::string& path = workspace_->editorFile.path;
+    if (answer == Answer::yes && !path.empty())
+        saveEditorText(*workspace_, path, false);
+    return answer != Answer::cancel;
+}
+
 void Form1::filesDropped(HDROP drop) {
     auto* const queryFile = lateFunction<decltype(DragQueryFileA)>("shell32.dll", "DragQueryFileA");
     std::string path(queryFile(drop, 0, nullptr, 0) + 1U, '\0');
     path.resize(queryFile(drop, 0, path.data(), static_cast<UINT>(path.size())));
     lateFunction<decltype(DragFinish)>("shell32.dll", "DragFinish")(drop);
     const std::string ending = lowerCase(lastCharacters(path, 4));
-    if (ending == ".tpj")
-        openProjectNamed(*workspace_, path);
-    else if (ending == ".pas")
-        openPascalFileNamed(*workspace_, path);
-    else
+    if (ending != ".tpj" && ending != ".pas")
         setPanel(StatusPanel::message, "Only .tpj and .pas files can be dropped here");
+    else if (!saveBeforeDrop())
+        return;
+    else if (ending == ".tpj")
+        openProjectNamed(*workspace_, path);
+    else
+        openPascalFileNamed(*workspace_, path);
 }
 
 void Form1::aboutCommand() {
@@ -257,7 +277,7 @@ void Form1::aboutCommand() {
 }
 
 void Form1::showHistory() {
-    guarded([this] { showHistoryWindow(form6_->window(), readHistory(workspace_->AppDir)); });
+    guarded([this] { form7_->show(form6_->window(), readHistory(workspace_->AppDir)); });
 }
 
 void Form1::undoCommand() {
@@ -271,6 +291,7 @@ void Form1::redoCommand() {
 }
 
 void Form1::clearCommand() {
+    rescueEditorText(*workspace_); // it can be undone, but not once something else was saved or loaded
     Code1_->setText("");
 }
 

@@ -52,7 +52,7 @@ void Form1::showSignatureFor(int character) {
         {AutocompleteList_, autocompleteIndex_, workspace_->FileRoutineLists, workspace_->tree.count()},
         [this] { RefreshTooltips(*workspace_); });
     if (signature)
-        setPanel(StatusPanel::message, *signature);
+        showSignature(*signature);
 }
 
 void Form1::editorMouseDown(MouseButton button, int, int, int) {

@@ -2,6 +2,7 @@
 
 #include "app/preferences.h"
 #include "app/resource.h"
+#include "project/unwritable_folder.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
 #include "util/text.h"
@@ -86,9 +87,19 @@ void accept(const Dialog& dialog) {
     refillEmptyFields(entered, dialog.workspace.AppDir);
     dialog.setText(Form4_Text2, entered.emulatorArgs);
     dialog.setText(Form4_Text3, entered.diskImageDir);
-    storePreferences(entered, dialog.workspace.settings);
-    dialog.applyFont();
-    SaveSettings(dialog.workspace);
+    Settings& settings = dialog.workspace.settings;
+    const Settings former = settings;
+    try {
+        storePreferences(entered, settings);
+        dialog.applyFont();
+        SaveSettings(dialog.workspace);
+    } catch (const RuntimeError&) {
+        // Cancel may follow, and then the record is what it was. A font size is in force at once and stays.
+        const std::int16_t size = settings.FontSize;
+        settings = former;
+        settings.FontSize = size;
+        throw;
+    }
     EndDialog(dialog.window, IDOK);
 }
 
@@ -133,7 +144,8 @@ INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM first, LPARAM
     try {
         handleCommand(dialog, LOWORD(first), HIWORD(first));
     } catch (const RuntimeError& error) {
-        dialog.workspace.messages.show(error.message(), "Tavrel", Icon::critical, Buttons::ok);
+        dialog.workspace.messages.show(explainedMessage(dialog.workspace, error), "Tavrel", Icon::critical,
+                                       Buttons::ok);
     }
     return TRUE;
 }

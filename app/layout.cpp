@@ -2,6 +2,8 @@
 
 #include "util/text.h"
 
+#include <algorithm>
+
 namespace tavrel {
 
 namespace {
@@ -41,6 +43,15 @@ FormLayout resizedLayout(const FormLayout& current, const FormMeasures& measures
     if (heightAboveStatusBar(measures) > -1)
         layout.editorHeight = heightAboveStatusBar(measures);
     return layout;
+}
+
+PixelArea fittedInto(const PixelArea& workArea, const PixelArea& window) {
+    PixelArea fitted = window;
+    fitted.width = std::min(window.width, workArea.width);
+    fitted.height = std::min(window.height, workArea.height);
+    fitted.left = std::clamp(window.left, workArea.left, workArea.left + workArea.width - fitted.width);
+    fitted.top = std::clamp(window.top, workArea.top, workArea.top + workArea.height - fitted.height);
+    return fitted;
 }
 
 int centredSplitter(double editorHeight, double twipsPerPixelY) {

@@ -28,6 +28,18 @@ FormLayout firstLayout(const FormLayout& current, const FormMeasures& measures);
 /// it was.
 FormLayout resizedLayout(const FormLayout& current, const FormMeasures& measures, bool treeShown);
 
+/// A window and the part of the screen that windows may cover, in pixels.
+struct PixelArea {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    bool operator==(const PixelArea&) const = default;
+};
+
+/// The window, made smaller and moved so far that all of it lies in the work area.
+PixelArea fittedInto(const PixelArea& workArea, const PixelArea& window);
+
 /// Splitter position in pixels that halves an editor of this height.
 int centredSplitter(double editorHeight, double twipsPerPixelY);
 

@@ -1,33 +1,44 @@
 // Tavrel.exe.
 #include "app/command_line.h"
 #include "app/form1.h"
+#include "app/program_folder.h"
 #include "editor/windows_printer.h"
 #include "settings/windows_registry.h"
-#include "util/paths.h"
 #include "util/runtime_error.h"
 #include "util/windows_dialogs.h"
 #include "util/windows_process_runner.h"
 #include "util/windows_shell.h"
 
-#include <array>
 #include <commctrl.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
-/// Folder of the running program, with its trailing backslash.
-std::string programFolder() {
-    std::array<char, MAX_PATH + 1> path{};
-    GetModuleFileNameA(nullptr, path.data(), MAX_PATH);
-    return tavrel::AddBackslash(tavrel::GetFilePath(path.data()));
+/// Where copies of unsaved texts go: beside the settings, or with the user's own data when the program folder
+/// cannot be written.
+std::vector<std::string> rescueFolders(const std::string& AppDir) {
+    std::vector<std::string> folders = {AppDir + "rescued\\"};
+    if (const std::string own = tavrel::userDataFolder(); !own.empty())
+        folders.push_back(own + "Tavrel\\rescued\\");
+    return folders;
 }
 
 int runProgram(tavrel::WindowsMessageBoxes& messages) {
+    const auto AppDir = tavrel::programFolder();
+    if (!AppDir)
+        throw std::runtime_error(
+            "The name of Tavrel's folder has characters that Turbo Pascal's programs cannot "
+            "have in a path.\r\nMove Tavrel to a folder of plain letters, C:\\Tavrel for "
+            "example.");
     tavrel::WindowsFileDialogs dialogs;
     tavrel::WindowsClassesRegistry registry;
     tavrel::WindowsProcessRunner processes;
     tavrel::WindowsShell shell;
     tavrel::WindowsPrinter printer;
-    tavrel::Form1 form({messages, dialogs, registry, processes, shell, printer}, programFolder());
+    tavrel::Form1 form({messages, dialogs, registry, processes, shell, printer}, *AppDir);
+    form.workspace().rescue.setFolders(rescueFolders(*AppDir));
     messages.setOwner(form.window());
     dialogs.setOwner(form.window());
     form.load(tavrel::argumentText(GetCommandLineA()));

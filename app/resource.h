@@ -64,6 +64,8 @@
 #define keyFindNext 1102
 #define keyReplace 1103
 #define keyGoToLine 1104
+#define keyUndo 1105
+#define keyReload 1106
 
 // The main window.
 #define Tavrel_Icon 100

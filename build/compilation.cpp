@@ -1,6 +1,7 @@
 #include "build/compilation.h"
 
 #include "build/compiler_results.h"
+#include "project/editor_file.h"
 #include "project/file_switching.h"
 #include "project/project_commands.h"
 #include "util/files.h"
@@ -156,8 +157,12 @@ bool saveTypedText(Workspace& workspace) {
         const Project& project = workspace.project;
         if (project.CurrentFile >= project.Files.size())
             throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
-        workspace.editor.saveFile(project.Folder + project.Files[project.CurrentFile].FileName, false);
+        // After a switch the current file is a tree index and may name the entry of another file, which then
+        // gets the text. It has always been so; rescue copies of both are kept.
+        saveEditorText(workspace, project.Folder + project.Files[project.CurrentFile].FileName, false);
     }
+    if (answer == Answer::no)
+        rescueEditorText(workspace);
     return answer != Answer::cancel;
 }
 
@@ -173,11 +178,13 @@ bool showFailingFile(Workspace& workspace, const std::string& fileName) {
         workspace.tree.select(node);
         project.SelectedKey = workspace.tree.node(node).key;
         const std::string path = project.Folder + workspace.tree.node(node).text;
-        if (!FileExists(path))
+        if (!FileExists(path)) {
+            reselectNode(workspace, formerKey); // the editor stays on its file, and so must a save
             continue;
+        }
         try {
             if (!saveTypedText(workspace)) {
-                reselectCurrentFile(workspace, formerKey);
+                reselectNode(workspace, formerKey);
                 return false;
             }
             showNodeFile(workspace, node, path);

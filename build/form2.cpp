@@ -161,6 +161,8 @@ bool Form2::handle(UINT message, WPARAM first) {
     case WM_COMMAND:
         if (LOWORD(first) == IDCANCEL)
             close();
+        else if (HIWORD(first) == EN_SETFOCUS)
+            HideCaret(control(Form2_Text1)); // nothing can be typed, and it would lie over the first letter
         return true;
     case WM_CLOSE:
         close();

@@ -40,11 +40,32 @@ void CodeEditor::insertFile(const std::string& path, EditorPosition position) {
         upper_->call(SCI_SETUNDOCOLLECTION, 0);
         upper_->call(SCI_EMPTYUNDOBUFFER);
         upper_->call(SCI_SETEOLMODE, static_cast<uptr_t>(lineEndOf(bytes)));
+        markChanges(SC_CHANGE_HISTORY_DISABLED);
+        forgetWidestLine();
     }
     upper_->insert(positionOf(position), bytes);
-    if (fresh)
+    if (fresh) {
         upper_->call(SCI_SETUNDOCOLLECTION, 1);
+        markChanges(showChanges); // from here on
+    }
     setCaret({0, 0});
+}
+
+void CodeEditor::markChanges(uptr_t how) {
+    for (const auto* const view : {upper_.get(), lower_.get()}) {
+        if (view != nullptr)
+            view->call(SCI_SETCHANGEHISTORY, how);
+    }
+}
+
+/// The horizontal scroll range is that of the longest line that was ever shown.
+void CodeEditor::forgetWidestLine() {
+    for (const auto* const view : {upper_.get(), lower_.get()}) {
+        if (view == nullptr)
+            continue;
+        view->call(SCI_SETXOFFSET, 0);
+        view->call(SCI_SETSCROLLWIDTH, 1);
+    }
 }
 
 void CodeEditor::saveFile(const std::string& path, bool clearUndo) {
@@ -102,7 +123,18 @@ EditorPosition CodeEditor::caret() const {
 }
 
 void CodeEditor::setCaret(EditorPosition position) {
-    active().call(SCI_GOTOPOS, static_cast<uptr_t>(positionOf(position)));
+    const ScintillaView& view = active();
+    view.call(SCI_GOTOPOS, static_cast<uptr_t>(positionOf(position)));
+    // What follows the line belongs into sight too: an error is often in what comes next.
+    constexpr sptr_t linesBelow = 3;
+    const sptr_t visible = view.call(SCI_LINESONSCREEN);
+    const sptr_t line =
+        view.call(SCI_VISIBLEFROMDOCLINE,
+                  static_cast<uptr_t>(
+                      view.call(SCI_LINEFROMPOSITION, static_cast<uptr_t>(view.call(SCI_GETCURRENTPOS)))));
+    const sptr_t last = view.call(SCI_GETFIRSTVISIBLELINE) + visible - 1;
+    if (visible > 2 * linesBelow && line > last - linesBelow)
+        view.call(SCI_LINESCROLL, 0, line - (last - linesBelow));
 }
 
 std::string CodeEditor::wordAtCaret() const {
@@ -173,14 +205,13 @@ void CodeEditor::setFont(const std::string& face, int size) {
     const EditorFont font = installedEditorFont(face);
     // Settings cut short give an empty name and the size 0, which no text can be read in.
     const int shown = size > 0 ? size : 11;
-    if (font.face == face_ && shown == size_ && font.characterSet == characterSet_)
+    if (font == font_ && shown == size_)
         return;
-    face_ = font.face;
+    font_ = font;
     size_ = shown;
-    characterSet_ = font.characterSet;
     for (const auto* const view : {upper_.get(), lower_.get()}) {
         if (view != nullptr)
-            applyPascalStyle(*view, face_, size_, characterSet_);
+            applyPascalStyle(*view, font_, size_);
     }
     layNumberMargin();
 }

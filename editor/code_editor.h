@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/editor_events.h"
+#include "editor/editor_font.h"
 #include "editor/print_device.h"
 #include "editor/scintilla_view.h"
 #include "editor/source_editor.h"
@@ -74,6 +75,9 @@ class CodeEditor : public SourceEditor {
     /// when the printer fails on the way.
     PrintStart print(PrintDevice& device, const std::string& title) const;
 
+    /// Goes up with every change of the text, whoever makes it.
+    unsigned long long changeCount() const { return changeCount_; }
+
     /// Reports keys and mouse buttons to `events`, which must outlive the editor.
     void setEvents(EditorEvents* events) { events_ = events; }
 
@@ -103,11 +107,14 @@ class CodeEditor : public SourceEditor {
     void handleNotification(const SCNotification& notification);
     std::size_t digitsOfLineCount() const;
     void layNumberMargin();
+    void markChanges(uptr_t how);
+    void forgetWidestLine();
     void zoomAs(const ScintillaView& view);
     LRESULT handlePane(HWND pane, UINT message, WPARAM first, LPARAM second);
     static LRESULT CALLBACK paneProcedure(HWND pane, UINT message, WPARAM first, LPARAM second,
                                           UINT_PTR identifier, DWORD_PTR editor);
     void placePanes();
+    void takePlaceOf(const ScintillaView& pane);
     void paintSplitter();
     void dragSplitter(int y);
     sptr_t positionOf(EditorPosition position) const;
@@ -120,10 +127,10 @@ class CodeEditor : public SourceEditor {
     int splitterPosition_ = 0;
     int activePane_ = 0;
     bool forcedModified_ = false;
+    unsigned long long changeCount_ = 0;
     std::size_t shownDigits_ = 0;
-    std::string face_; ///< empty before the first setFont()
+    EditorFont font_; ///< without a face before the first setFont()
     int size_ = 0;
-    int characterSet_ = 0;
 };
 
 } // namespace tavrel

@@ -31,7 +31,11 @@ LRESULT CodeEditor::handlePane(HWND pane, UINT message, WPARAM first, LPARAM sec
         break;
     case WM_CHAR: {
         const int shift = shiftStateNow();
-        events_->editorKeyPress(static_cast<int>(first), shift);
+        // Enter is one key whatever its character: the main window hears of a new line, which reads the
+        // routines of the file again.
+        constexpr WPARAM carriageReturn = '\r';
+        constexpr int lineFeed = '\n';
+        events_->editorKeyPress(first == carriageReturn ? lineFeed : static_cast<int>(first), shift);
         // Keys with Ctrl have done their work by now; their control characters do not belong into a source
         // text.
         if (first < firstPrintable && (shift & shiftState::control) != 0)

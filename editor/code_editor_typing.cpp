@@ -86,6 +86,10 @@ void CodeEditor::handleNotification(const SCNotification& notification) {
     const bool fromLower = lower_ && notification.nmhdr.hwndFrom == lower_->window();
     const ScintillaView& view = fromLower ? *lower_ : *upper_;
     switch (notification.nmhdr.code) {
+    case SCN_MODIFIED:
+        if (!fromLower && (notification.modificationType & (SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT)) != 0)
+            ++changeCount_; // of the one text, which both panes report
+        break;
     case SCN_CHARADDED:
         if (finishesLine(view, notification.ch))
             indentAsAbove(view);

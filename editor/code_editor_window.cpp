@@ -15,6 +15,7 @@ constexpr const char* className = "TavrelCodeEditor";
 constexpr int splitterHeight = 6; // pixels
 constexpr int smallestPane = 20;
 constexpr COLORREF errorBackground = RGB(255, 210, 205);
+constexpr sptr_t changeMarks = 15 << SC_MARKNUM_HISTORY_REVERTED_TO_ORIGIN; // the four of them
 } // namespace
 
 CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
@@ -64,6 +65,9 @@ void CodeEditor::setUp(const ScintillaView& view) const {
     view.call(SCI_SETCARETLINEVISIBLE, 1);
     view.call(SCI_SETCARETLINEVISIBLEALWAYS, 1);
     view.call(SCI_SETMARGINTYPEN, 0, sptr_t{SC_MARGIN_NUMBER});
+    view.call(SCI_SETMARGINTYPEN, 1, sptr_t{SC_MARGIN_SYMBOL});
+    view.call(SCI_SETMARGINMASKN, 1, changeMarks);
+    view.call(SCI_SETCHANGEHISTORY, showChanges);
     // Keys without a command would put control characters into the text. Ctrl+Z has none here: the main
     // window undoes, under a rule of its own.
     for (int key = 'A'; key <= 'Z'; ++key) {
@@ -73,9 +77,11 @@ void CodeEditor::setUp(const ScintillaView& view) const {
         view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)),
                   sptr_t{SCI_NULL});
     }
+    view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(SCK_BACK | (SCMOD_ALT << 16)),
+              sptr_t{SCI_NULL}); // undoes too
     view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(SCK_RETURN | (SCMOD_CTRL << 16)), sptr_t{SCI_NEWLINE});
-    if (!face_.empty())
-        applyPascalStyle(view, face_, size_, characterSet_);
+    if (!font_.face.empty())
+        applyPascalStyle(view, font_, size_);
     // The pane must not refuse files that are dropped on it; they are the main window's to open.
     RevokeDragDrop(view.window());
     SetWindowLongPtrA(view.window(), GWL_EXSTYLE,
@@ -90,9 +96,12 @@ void CodeEditor::setSplit(bool split) {
         setUp(*lower_);
         listenTo(*lower_);
         lower_->call(SCI_SETDOCPOINTER, 0, upper_->call(SCI_GETDOCPOINTER));
+        lower_->call(SCI_SETCHANGEHISTORY, showChanges);
         zoomAs(*upper_);
     } else {
         const bool focused = lower_->hasFocus();
+        if (activePane_ == 1)
+            takePlaceOf(*lower_);
         activePane_ = 0;
         DestroyWindow(lower_->window());
         lower_.reset();
@@ -100,6 +109,14 @@ void CodeEditor::setSplit(bool split) {
             giveFocus();
     }
     placePanes();
+}
+
+/// The pane that stays shows what the other one showed, with its selection.
+void CodeEditor::takePlaceOf(const ScintillaView& pane) {
+    const sptr_t anchor = pane.call(SCI_GETANCHOR);
+    const sptr_t caret = pane.call(SCI_GETCURRENTPOS);
+    upper_->call(SCI_SETSEL, static_cast<uptr_t>(anchor), caret);
+    upper_->call(SCI_SETFIRSTVISIBLELINE, static_cast<uptr_t>(pane.call(SCI_GETFIRSTVISIBLELINE)));
 }
 
 void CodeEditor::setSplitterPosition(int pixels) {

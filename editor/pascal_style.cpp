@@ -1,6 +1,8 @@
 // Colours of the Pascal lexer and the look of the editor's margins.
+#include "editor/editor_font.h"
 #include "editor/scintilla_view.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 
@@ -41,16 +43,16 @@ constexpr const char* reservedWords = "absolute and array begin case const div d
 
 } // namespace
 
-void applyPascalStyle(const ScintillaView& view, const std::string& face, int size, int characterSet) {
-    view.call(SCI_STYLESETFONT, STYLE_DEFAULT, face.c_str());
+void applyPascalStyle(const ScintillaView& view, const EditorFont& font, int size) {
+    view.call(SCI_STYLESETFONT, STYLE_DEFAULT, font.face.c_str());
     view.call(SCI_STYLESETSIZE, STYLE_DEFAULT, size);
-    view.call(SCI_STYLESETCHARACTERSET, STYLE_DEFAULT, characterSet);
+    view.call(SCI_STYLESETCHARACTERSET, STYLE_DEFAULT, font.characterSet);
     view.call(SCI_STYLECLEARALL);
-    showOemCharacters(view, characterSet);
+    showOemCharacters(view, font.characterSet);
     for (const Style& style : styles) {
         const auto number = static_cast<uptr_t>(style.number);
         view.call(SCI_STYLESETFORE, number, static_cast<sptr_t>(style.colour));
-        view.call(SCI_STYLESETBOLD, number, style.bold ? 1 : 0);
+        view.call(SCI_STYLESETBOLD, number, style.bold && !font.raster ? 1 : 0);
     }
     view.call(SCI_STYLESETFORE, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(110, 110, 110)));
     view.call(SCI_STYLESETBACK, STYLE_LINENUMBER, static_cast<sptr_t>(RGB(243, 243, 243)));
@@ -59,7 +61,8 @@ void applyPascalStyle(const ScintillaView& view, const std::string& face, int si
     view.call(SCI_STYLESETFORE, STYLE_BRACEBAD, static_cast<sptr_t>(RGB(190, 0, 0)));
     view.call(SCI_STYLESETBACK, STYLE_BRACEBAD, static_cast<sptr_t>(RGB(255, 220, 220)));
     view.call(SCI_SETELEMENTCOLOUR, SC_ELEMENT_CARET_LINE_BACK, opaque(RGB(242, 246, 255)));
-    view.call(SCI_SETMARGINWIDTHN, 1, sptr_t{0});
+    // A narrow stripe: changed lines, and those that were changed and saved.
+    view.call(SCI_SETMARGINWIDTHN, 1, std::max(view.call(SCI_TEXTWIDTH, STYLE_DEFAULT, "0") / 2, sptr_t{3}));
     view.call(SCI_SETMARGINLEFT, 0, sptr_t{4});
     if (view.call(SCI_GETLEXER) != SCLEX_PASCAL) {
         Scintilla::ILexer5* const lexer = CreateLexer("pascal");

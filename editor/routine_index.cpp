@@ -9,6 +9,19 @@ namespace tavrel {
 
 namespace {
 
+/// Lines as the editor has them: they end with CR LF, CR or LF.
+template <typename Visit> void forEachLine(std::string_view text, const Visit& visit) {
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = start;
+        while (end < text.size() && text[end] != '\r' && text[end] != '\n')
+            ++end;
+        visit(text.substr(start, end - start));
+        const bool two = text.substr(end, 2) == "\r\n";
+        start = end + (two ? 2 : 1);
+    }
+}
+
 std::optional<std::string> headerBehind(std::string_view keyword, const std::string& trimmed,
                                         const std::string& upper) {
     // The word may open the line without a blank behind it and stand with one only later.
@@ -66,11 +79,12 @@ bool RefreshTooltips(std::vector<FileRoutineList>& lists, const std::vector<std:
     }
     if (!filled)
         return false;
-    const long lines = editor.lineCount();
-    for (long line = 0; line <= lines; ++line) {
-        if (auto header = routineHeader(trimBlanks(editor.lineText(line))))
+    // The whole text at once: asking the editor for ten thousand lines, with each Enter, would be felt.
+    const std::string text = editor.text();
+    forEachLine(text, [&](std::string_view line) {
+        if (auto header = routineHeader(line))
             appendHeader(lists[*filled], std::move(*header));
-    }
+    });
     lists[*filled].index.build(lists[*filled].Headers);
     return true;
 }

@@ -9,6 +9,11 @@
 
 namespace tavrel {
 
+struct EditorFont;
+
+/// The lines that were changed since the file was loaded are marked, also those that were saved since.
+constexpr uptr_t showChanges = SC_CHANGE_HISTORY_ENABLED | SC_CHANGE_HISTORY_MARKERS;
+
 /// Typed calls to one Scintilla control. A call that the control fails throws std::runtime_error.
 class ScintillaView {
   public:
@@ -36,7 +41,7 @@ class ScintillaView {
 /// the text have, when their font has it; STYLE_DEFAULT is OEM from then on.
 void showOemCharacters(const ScintillaView& view, int characterSet);
 
-/// Pascal colours and the font in one view. `face` must be installed.
-void applyPascalStyle(const ScintillaView& view, const std::string& face, int size, int characterSet);
+/// Pascal colours and the font, which must be installed, in one view.
+void applyPascalStyle(const ScintillaView& view, const EditorFont& font, int size);
 
 } // namespace tavrel

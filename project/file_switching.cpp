@@ -1,5 +1,6 @@
 #include "project/file_switching.h"
 
+#include "project/editor_file.h"
 #include "util/files.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
@@ -13,37 +14,18 @@ Answer askToSaveText(Workspace& workspace) {
 
 void reselectNode(Workspace& workspace, const std::string& key) {
     workspace.project.SelectedKey = key;
-    if (const std::size_t node = workspace.tree.find(key))
-        workspace.tree.select(node);
-}
-
-void reselectCurrentFile(Workspace& workspace, const std::string& formerKey) {
-    const Project& project = workspace.project;
-    std::size_t node = workspace.tree.find(formerKey);
-    // The current file is a tree index after a switch and may then name another entry of the list, or none.
-    if (project.CurrentFile >= 1 && project.CurrentFile < project.Files.size())
-        node = static_cast<std::size_t>(project.Files[project.CurrentFile].Index);
-    if (node == 0 || node > workspace.tree.count())
+    const std::size_t node = workspace.tree.find(key);
+    if (node == 0)
         return;
     workspace.tree.select(node);
-    workspace.project.SelectedKey = workspace.tree.node(node).key;
-    // The window became active again behind the question, and then named the file that was clicked.
-    showCurrentView(workspace, workspace.tree.node(node).text);
+    // While a question was up the window may have become active and named the file that was clicked.
+    if (key != "r")
+        showCurrentView(workspace, workspace.tree.node(node).text);
 }
 
 void showNodeFile(Workspace& workspace, std::size_t node, const std::string& path) {
-    const std::string former = workspace.editor.text();
-    const bool modified = workspace.editor.modified();
-    workspace.editor.setText("");
-    try {
-        workspace.editor.insertFile(path, {0, 0});
-    } catch (const RuntimeError&) {
-        workspace.editor.setText(former);
-        workspace.editor.setModified(modified);
-        throw;
-    }
+    loadIntoEditor(workspace, path);
     workspace.project.CurrentFile = node; // deliberately the tree index, not an index into the file list
-    workspace.editor.setModified(false);
     showCurrentView(workspace, workspace.tree.node(node).text);
 }
 
@@ -55,8 +37,10 @@ bool saveBeforeLeaving(Workspace& workspace, std::size_t left) {
         return true;
     const Answer answer = workspace.settings.AutoSave != storedFalse ? Answer::yes : askToSaveText(workspace);
     if (answer == Answer::yes && left != 0)
-        workspace.editor.saveFile(AddBackslash(workspace.project.Folder) + workspace.tree.node(left).text,
-                                  true);
+        saveEditorText(workspace, AddBackslash(workspace.project.Folder) + workspace.tree.node(left).text,
+                       true);
+    if (answer == Answer::no)
+        rescueEditorText(workspace);
     return answer != Answer::cancel;
 }
 
@@ -68,17 +52,22 @@ void switchToNode(Workspace& workspace, std::size_t clicked) {
     if (left < workspace.CaretPositions.size())
         workspace.CaretPositions[left] = workspace.editor.caret();
     const TreeNode target = workspace.tree.node(clicked);
+    // The root stays selected although no file is its own; the text goes on belonging to the former node. A
+    // save then goes by the node that is selected, which "Save Current File" and the build have always done.
     if (target.key == "r" || target.key == project.SelectedKey)
         return;
     const std::string formerKey = project.SelectedKey;
     project.SelectedKey = target.key;
     const std::size_t index = workspace.tree.find(target.key);
     const std::string path = AddBackslash(project.Folder) + target.text;
-    if (!FileExists(path))
+    if (!FileExists(path)) {
+        // Whatever is saved next goes into the file of the selected node, so that must be the editor's.
+        reselectNode(workspace, formerKey);
         return;
+    }
     try {
         if (!saveBeforeLeaving(workspace, left)) {
-            reselectCurrentFile(workspace, formerKey);
+            reselectNode(workspace, formerKey);
             return;
         }
         showNodeFile(workspace, index, path);

@@ -15,12 +15,9 @@ void switchToNode(Workspace& workspace, std::size_t clicked);
 /// Asks whether the modified text is to be saved.
 Answer askToSaveText(Workspace& workspace);
 
-/// Selects the node with this key, which is the one whose text the editor holds: whatever is saved next goes
-/// into that file.
+/// Selects the node with this key, which is the one whose text the editor holds, and names it in status panel
+/// 2: whatever is saved next goes into that file.
 void reselectNode(Workspace& workspace, const std::string& key);
-
-/// After Cancel: selects the node of the file that the record holds as current again.
-void reselectCurrentFile(Workspace& workspace, const std::string& formerKey);
 
 /// Puts the file of a node into the editor: text, modified flag, current file, status panel 2. Throws
 /// RuntimeError when it cannot be read; the editor then holds what it held before.

@@ -1,5 +1,6 @@
 #include "project/include_files.h"
 
+#include "project/editor_file.h"
 #include "project/file_switching.h"
 #include "project/project_loading.h"
 #include "util/files.h"
@@ -29,7 +30,7 @@ void saveEditedFile(Workspace& workspace) {
     if (node <= 1)
         node = tree.find(workspace.project.SelectedKey);
     if (node > 1)
-        workspace.editor.saveFile(workspace.project.Folder + tree.node(node).text, false);
+        saveEditorText(workspace, workspace.project.Folder + tree.node(node).text, false);
 }
 
 void showFileNamed(Workspace& workspace, const std::string& text) {
@@ -73,7 +74,7 @@ void newIncludeFile(Workspace& workspace) {
         return;
     workspace.LastDir = workspace.project.Folder;
     const std::string name = GetFileName(chosen);
-    writeWholeFile(workspace.project.Folder + name, "");
+    replaceFile(workspace, workspace.project.Folder + name, "");
     offerDirective(workspace, name);
     saveEditedFile(workspace);
     LoadProject(workspace, workspace.project.Folder + workspace.tree.node(2).text);
@@ -98,7 +99,7 @@ void openIncludeFile(Workspace& workspace) {
                                     "Do you wish to copy this file to the project dir?",
                                     " Error", Icon::question, Buttons::yesNo);
         if (answer == Answer::yes)
-            copyFile(chosen, workspace.project.Folder + name);
+            replaceFile(workspace, workspace.project.Folder + name, readWholeFile(chosen));
     }
     offerDirective(workspace, name);
     saveEditedFile(workspace);

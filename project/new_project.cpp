@@ -1,5 +1,6 @@
 #include "project/new_project.h"
 
+#include "project/editor_file.h"
 #include "project/project_file.h"
 #include "project/project_loading.h"
 #include "util/files.h"
@@ -16,14 +17,15 @@ std::string withoutExtension(const std::string& path) {
     return path.substr(0, path.size() - 4); // ".pas" in some letter case
 }
 
-void copyTemplate(const std::string& templateFolder, const std::string& templateName,
+void copyTemplate(Workspace& workspace, const std::string& templateFolder, const std::string& templateName,
                   const std::string& mainFile) {
     const std::string templateMain = upperCase(templateName + ".pas");
     for (const FolderEntry& entry : listFolder(templateFolder, "*.*")) {
         if (entry.isFolder)
             continue;
         const bool isMain = upperCase(entry.name) == templateMain;
-        copyFile(templateFolder + entry.name, isMain ? mainFile : GetFilePath(mainFile) + entry.name);
+        replaceFile(workspace, isMain ? mainFile : GetFilePath(mainFile) + entry.name,
+                    readWholeFile(templateFolder + entry.name));
     }
 }
 
@@ -83,15 +85,19 @@ void newProject(Workspace& workspace, const std::string& dialogResult) {
     const std::string chosen = workspace.dialogs.showSaveDialog(request);
     if (chosen.empty())
         return;
+    rescueEditorTextOrStop(workspace);
     workspace.LastDir = GetFilePath(chosen);
     workspace.tree.clear();
-    workspace.editor.setText("");
+    leaveEditorFile(workspace);
     const std::string mainFile = newMainFile(chosen);
-    copyTemplate(workspace.AppDir + "projects\\" + choice.templateName + "\\", choice.templateName, mainFile);
+    copyTemplate(workspace, workspace.AppDir + "projects\\" + choice.templateName + "\\", choice.templateName,
+                 mainFile);
     LoadProject(workspace, mainFile);
     const std::string projectPath = withoutExtension(mainFile) + ".tpj";
     Project& project = workspace.project;
     project.Name = GetFileName(withoutExtension(mainFile));
+    if (workspace.tree.count() > 0) // the load named the root before the project had its name
+        workspace.tree.setText(1, project.Name);
     writeProjectFile(projectPath, {project.Name, project.StartAddress, project.EndAddress, mainFile});
     if (choice.makeAutoexec)
         writeWholeFile(GetFilePath(mainFile) + "AUTOEXEC.BAT", autoexecText(mainFile));

@@ -1,11 +1,15 @@
 #include "project/project_commands.h"
 
+#include "project/editor_file.h"
 #include "project/project_file.h"
 #include "project/project_loading.h"
 #include "settings/recent_list.h"
 #include "util/files.h"
 #include "util/paths.h"
+#include "util/runtime_error.h"
 #include "util/text.h"
+
+#include <optional>
 
 namespace tavrel {
 
@@ -57,10 +61,17 @@ void openPascalFile(Workspace& workspace) {
 }
 
 void openPascalFileNamed(Workspace& workspace, const std::string& path) {
-    AddRecentFile(workspace, path);
+    std::optional<RuntimeError> failure;
+    try {
+        AddRecentFile(workspace, path);
+    } catch (const RuntimeError& error) {
+        failure = error; // the file can be read all the same
+    }
     workspace.project.Name = unnamedProject;
     LoadProject(workspace, path);
     workspace.LastDir = GetFilePath(path);
+    if (failure)
+        throw RuntimeError(*failure);
 }
 
 void saveProject(Workspace& workspace) {
@@ -80,7 +91,7 @@ void saveCurrentFile(Workspace& workspace) {
     if (workspace.tree.count() < 2)
         return;
     if (workspace.tree.selectedText() != workspace.tree.node(1).text)
-        workspace.editor.saveFile(workspace.project.Folder + workspace.tree.selectedText(), false);
+        saveEditorText(workspace, workspace.project.Folder + workspace.tree.selectedText(), false);
     else
         saveProject(workspace);
 }
@@ -105,7 +116,7 @@ void openRecentEntry(Workspace& workspace, std::size_t index) {
 
 void saveModifiedText(Workspace& workspace) {
     if (workspace.editor.modified() && workspace.tree.count() > 0)
-        workspace.editor.saveFile(workspace.project.Folder + workspace.tree.selectedText(), false);
+        saveEditorText(workspace, workspace.project.Folder + workspace.tree.selectedText(), false);
 }
 
 } // namespace tavrel

@@ -1,5 +1,6 @@
 #include "project/project_loading.h"
 
+#include "project/editor_file.h"
 #include "project/include_directive.h"
 #include "project/project_file.h"
 #include "util/files.h"
@@ -85,13 +86,16 @@ void addNestedIncludes(Workspace& workspace, std::size_t& counter) {
     }
 }
 
-/// A file that has just been created is empty, which is no reason to stop: it has no routines yet.
+/// A file that has just been created is empty, which is no reason to stop: it has no routines yet. Nor is one
+/// that is not there: a main file that was located elsewhere does not lie in the project's folder.
 void indexRoutines(Workspace& workspace, std::size_t node) {
     try {
         GetFileFunctions(workspace.FileRoutineLists, node - 2,
                          AddBackslash(workspace.project.Folder) + workspace.tree.node(node).text);
     } catch (const RuntimeError& error) {
-        if (error.number() != RuntimeErrorNumber::inputPastEndOfFile)
+        if (error.number() != RuntimeErrorNumber::inputPastEndOfFile &&
+            error.number() != RuntimeErrorNumber::fileNotFound &&
+            error.number() != RuntimeErrorNumber::pathNotFound)
             throw;
     }
 }
@@ -110,8 +114,8 @@ void rebuildRoutineIndex(Workspace& workspace) {
 } // namespace
 
 void LoadProject(Workspace& workspace, const std::string& path) {
-    workspace.editor.setText("");
-    workspace.editor.setModified(false); // should the load end early, the empty text may go into no file
+    rescueEditorTextOrStop(workspace);
+    leaveEditorFile(workspace); // should the load end early, the empty text may go into no file
     workspace.LastDir = AddBackslash(GetFilePath(path));
     workspace.project.Folder = workspace.LastDir;
     deleteUnfinishedFiles(workspace.project.Folder);
@@ -122,7 +126,9 @@ void LoadProject(Workspace& workspace, const std::string& path) {
             return;
         mainFile = *located; // the folder stays: includes are looked for where the project was said to be
     }
-    workspace.editor.insertFile(mainFile, {0, 0});
+    loadIntoEditor(workspace, mainFile);
+    // Where a save goes to, even if the file was located elsewhere.
+    workspace.editorFile.path = workspace.project.Folder + GetFileName(mainFile);
     addRootAndMainFile(workspace, GetFileName(mainFile));
     std::size_t counter = 1;
     addDirectIncludes(workspace, counter);
@@ -143,8 +149,10 @@ void RefreshProject(Workspace& workspace) {
     if (workspace.editor.modified() && !project.Files.empty()) {
         if (project.CurrentFile >= project.Files.size())
             throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
-        // A bare file name: it is taken from the process's current folder.
-        workspace.editor.saveFile(project.Files[project.CurrentFile].FileName, false);
+        // A bare file name, taken from the process's current folder, and after a switch the entry of another
+        // file. Both have always been so. When the current folder is the project's, the text of one file
+        // therefore goes into another; rescue copies of both are kept.
+        saveEditorText(workspace, project.Files[project.CurrentFile].FileName, false);
     }
     LoadProject(workspace, project.Folder + workspace.tree.node(2).text);
 }

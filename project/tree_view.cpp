@@ -3,6 +3,8 @@
 #include <bit>
 #include <stdexcept>
 
+#include <windowsx.h>
+
 namespace tavrel {
 
 namespace {
@@ -39,7 +41,10 @@ void TreeView::attach(ProjectTree& tree) {
 
 void TreeView::nodesCleared() {
     items_.clear();
+    choicePending_ = false;
+    selecting_ = true;
     SendMessageA(window_, TVM_DELETEITEM, 0, std::bit_cast<LPARAM>(TVI_ROOT));
+    selecting_ = false;
 }
 
 /// Draws the pictures, once there are nodes to show them: the program starts without.
@@ -64,6 +69,11 @@ void TreeView::nodeAdded(std::size_t index) {
     insertion.item.lParam = static_cast<LPARAM>(index);
     items_.push_back(std::bit_cast<HTREEITEM>(
         SendMessageA(window_, TVM_INSERTITEMA, 0, std::bit_cast<LPARAM>(&insertion))));
+    if (node.parent == 0)
+        return;
+    // Includes come up in sight. The control reports the user's expanding only.
+    SendMessageA(window_, TVM_EXPAND, TVE_EXPAND, std::bit_cast<LPARAM>(item(node.parent)));
+    tree_->expand(node.parent);
 }
 
 void TreeView::nodeImageChanged(std::size_t index) {
@@ -85,31 +95,72 @@ void TreeView::nodeTextChanged(std::size_t index) {
 }
 
 void TreeView::nodeSelected(std::size_t index) {
+    selecting_ = true;
     SendMessageA(window_, TVM_SELECTITEM, TVGN_CARET, std::bit_cast<LPARAM>(item(index)));
+    selecting_ = false;
+}
+
+std::size_t TreeView::nodeOf(HTREEITEM item) const {
+    TVITEMA wanted = {};
+    wanted.mask = TVIF_PARAM | TVIF_HANDLE;
+    wanted.hItem = item;
+    if (item == nullptr || SendMessageA(window_, TVM_GETITEMA, 0, std::bit_cast<LPARAM>(&wanted)) == 0)
+        return 0;
+    return static_cast<std::size_t>(wanted.lParam);
+}
+
+std::size_t TreeView::nodeUnderMouse() const {
+    const DWORD place = GetMessagePos();
+    TVHITTESTINFO hit = {};
+    hit.pt = {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+    ScreenToClient(window_, &hit.pt);
+    SendMessageA(window_, TVM_HITTEST, 0, std::bit_cast<LPARAM>(&hit));
+    return (hit.flags & TVHT_ONITEM) != 0 ? nodeOf(hit.hItem) : 0;
+}
+
+bool TreeView::choose(std::size_t node) {
+    if (node < 1 || node > tree_->count())
+        return false;
+    tree_->selectedByUser(node);
+    if (choicePending_ && clickedNode_ == node)
+        return false;
+    clickedNode_ = node;
+    choicePending_ = true;
+    return true;
 }
 
 bool TreeView::handleNotification(const NMHDR& notification) {
     if (notification.hwndFrom != window_ || tree_ == nullptr)
         return false;
-    if (notification.code != TVN_SELCHANGEDA && notification.code != TVN_ITEMEXPANDEDA &&
-        notification.code != TVN_SELCHANGEDW && notification.code != TVN_ITEMEXPANDEDW)
-        return false;
     const auto& details = *std::bit_cast<const NMTREEVIEWA*>(&notification);
-    const auto node = static_cast<std::size_t>(details.itemNew.lParam);
-    if (node < 1 || node > tree_->count())
-        return false;
-    if (notification.code == TVN_ITEMEXPANDEDA || notification.code == TVN_ITEMEXPANDEDW) {
-        if (details.action == TVE_EXPAND)
-            tree_->expand(node);
-        else if (details.action == TVE_COLLAPSE)
-            tree_->collapse(node);
+    const auto node = [&] { return static_cast<std::size_t>(details.itemNew.lParam); };
+    switch (notification.code) {
+    case NM_CLICK: // a click on the node that is selected already makes no new selection
+        return choose(nodeUnderMouse());
+    case TVN_SELCHANGEDA:
+    case TVN_SELCHANGEDW:
+        return !selecting_ && choose(node());
+    case TVN_ITEMEXPANDEDA:
+    case TVN_ITEMEXPANDEDW:
+        if (node() < 1 || node() > tree_->count())
+            return false;
+        if ((details.action & TVE_TOGGLE) == TVE_EXPAND) {
+            tree_->expand(node());
+            return false;
+        }
+        tree_->collapse(node());
+        return followSelection();
+    default:
         return false;
     }
-    if (details.action != TVC_BYMOUSE && details.action != TVC_BYKEYBOARD)
-        return false;
-    tree_->selectedByUser(node);
-    clickedNode_ = node;
-    return true;
+}
+
+/// When a node is collapsed that the selected one lies below, the control selects it, under some systems
+/// without a word. The editor must follow: what is selected is what a save writes to.
+bool TreeView::followSelection() {
+    const std::size_t shown =
+        nodeOf(std::bit_cast<HTREEITEM>(SendMessageA(window_, TVM_GETNEXTITEM, TVGN_CARET, 0)));
+    return shown != tree_->selected() && choose(shown);
 }
 
 } // namespace tavrel

@@ -24,6 +24,9 @@ class TreeView : public ProjectTreeListener {
     /// Follows a notification of the control. True when the user chose a node, which is then clickedNode().
     bool handleNotification(const NMHDR& notification);
     std::size_t clickedNode() const { return clickedNode_; }
+    /// The choice has been carried out; until then the same node is not reported again: one click is reported
+    /// by the control as a click and as a new selection.
+    void choiceTaken() { choicePending_ = false; }
     /// The control's handle of a node.
     HTREEITEM item(std::size_t index) const { return items_.at(index - 1); }
 
@@ -35,12 +38,18 @@ class TreeView : public ProjectTreeListener {
 
   private:
     void useImages();
+    bool choose(std::size_t node);
+    bool followSelection();
+    std::size_t nodeOf(HTREEITEM item) const;
+    std::size_t nodeUnderMouse() const;
 
     HWND window_ = nullptr;
     HIMAGELIST ImageList1_ = nullptr;
     ProjectTree* tree_ = nullptr;
     std::vector<HTREEITEM> items_;
     std::size_t clickedNode_ = 0;
+    bool choicePending_ = false;
+    bool selecting_ = false; ///< the program itself changes the selection
 };
 
 /// The three pictures of tree nodes: closed folder, open folder, file. The caller owns the list.

@@ -3,13 +3,16 @@
 
 #include "editor/routine_index.h"
 #include "editor/source_editor.h"
+#include "project/editor_file.h"
 #include "project/project.h"
 #include "project/project_tree.h"
+#include "project/rescue_copies.h"
 #include "settings/file_association.h"
 #include "settings/settings.h"
 #include "util/file_dialogs.h"
 #include "util/message_boxes.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,12 +56,17 @@ struct Workspace {
     std::vector<EditorPosition> CaretPositions = {}; ///< per tree node index, entry 0 unused
     std::vector<FileRoutineList> FileRoutineLists = {};
     ReportedBuild lastBuild = {};
+    EditorFile editorFile = {};
+    RescueCopies rescue = {};
+    std::optional<Settings> storedSettings = {}; ///< as this program last read or stored them
+    bool toldUnwritable = false;                 ///< that the program folder cannot be written
 };
 
 /// Reads the settings or takes the defaults, then applies the file association.
 void LoadSettings(Workspace& workspace);
 
-/// Writes the settings, then applies the file association. Throws RuntimeError.
+/// Writes the settings, with what another running Tavrel stored meanwhile taken over, then applies the file
+/// association. Throws RuntimeError.
 void SaveSettings(Workspace& workspace);
 
 /// Puts a path at the head of the recent list, stores the list and shows it. A path that is in the list

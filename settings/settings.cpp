@@ -1,6 +1,7 @@
 #include "settings/settings.h"
 
 #include "util/files.h"
+#include "util/runtime_error.h"
 
 #include <algorithm>
 #include <utility>
@@ -110,6 +111,21 @@ std::string settingsPath(const std::string& AppDir) {
 Settings readSettings(const std::string& AppDir) {
     const std::string path = settingsPath(AppDir);
     return FileExists(path) ? decodeSettings(readWholeFile(path)) : SetDefaultSettings(AppDir);
+}
+
+std::optional<Settings> readStoredSettings(const std::string& AppDir) {
+    const std::string path = settingsPath(AppDir);
+    try {
+        if (!FileExists(path))
+            return std::nullopt;
+        const std::string bytes = readWholeFile(path);
+        Settings settings = decodeSettings(bytes);
+        if (encodeSettings(settings).size() <= bytes.size())
+            return settings;
+    } catch (const RuntimeError&) {
+        // Who writes it next hears of that.
+    }
+    return std::nullopt;
 }
 
 void writeSettings(const std::string& AppDir, const Settings& settings) {

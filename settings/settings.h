@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -47,6 +48,9 @@ std::string settingsPath(const std::string& AppDir);
 /// The settings of the program folder, or the defaults when there is no file (which is not made).
 /// Throws RuntimeError when the file is there but cannot be read.
 Settings readSettings(const std::string& AppDir);
+
+/// What the settings file holds now; nothing when it is missing, cut short or cannot be read.
+std::optional<Settings> readStoredSettings(const std::string& AppDir);
 
 /// Writes the record over the start of the file: when the old file is longer, its tail stays.
 /// Throws RuntimeError when the file cannot be written; the old one is then whole.

@@ -47,6 +47,19 @@ TEST_F(EditorEvents, ALineFeedClearsThePanelAndReadsTheRoutinesAgain) {
     EXPECT_EQ(panel(3), "Fresh(X: byte);");
 }
 
+TEST_F(EditorEvents, EnterReadsTheRoutinesAgain) {
+    startWithProject();
+    form->Code1().setText("procedure Fresh(X: byte);");
+    form->setPanel(StatusPanel::message, "old");
+    form->Code1().setCaret({0, 100});
+    typeInEditor('\r');
+    EXPECT_EQ(panel(3), "");
+    typeWord("fresh(");
+    EXPECT_EQ(panel(3), "Fresh(X: byte);");
+    EXPECT_EQ(form->Code1().text().find("fresh("), form->Code1().text().size() - 6)
+        << "and no line feed is typed";
+}
+
 TEST_F(EditorEvents, WithTooltipsOffNothingIsShownAndCtrlZStillUndoes) {
     start();
     form->workspace().settings.UseTooltips = storedFalse;

@@ -54,5 +54,14 @@ TEST(CommandLine, ProjectsEndInTpjInAnyCase) {
     EXPECT_EQ(startAction("", false), StartAction::nothing);
 }
 
+TEST(WindowPlace, LiesInTheWorkAreaWhole) {
+    const PixelArea screen = {0, 0, 1366, 728};
+    EXPECT_EQ(fittedInto(screen, {26, 26, 1150, 700}), (PixelArea{26, 26, 1150, 700})) << "it fits";
+    EXPECT_EQ(fittedInto(screen, {26, 26, 1150, 825}), (PixelArea{26, 0, 1150, 728}));
+    EXPECT_EQ(fittedInto(screen, {400, 200, 1150, 600}), (PixelArea{216, 128, 1150, 600}));
+    EXPECT_EQ(fittedInto({1366, 40, 800, 560}, {0, 0, 920, 660}), (PixelArea{1366, 40, 800, 560}))
+        << "another screen, with a bar at its top";
+}
+
 } // namespace
 } // namespace tavrel

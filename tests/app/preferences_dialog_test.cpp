@@ -127,6 +127,54 @@ TEST_F(PreferencesDialog, ATypedFontSizeThatIsNoNumberIsReported) {
     EXPECT_EQ(editorFontSize(), 13);
 }
 
+TEST_F(PreferencesDialog, CancelAfterAnOkThatFailedKeepsTheRecord) {
+    start();
+    const Settings former = form->workspace().settings;
+    with([&](HWND dialog) {
+        SetDlgItemTextA(dialog, Form4_Text1, "C:\\emu.exe");
+        press(dialog, Form4_Check2);
+        SetDlgItemTextA(dialog, Form4_cmbFontSize, "x");
+        press(dialog, Form4_Command1);
+        ASSERT_EQ(messages.shown.size(), 1U);
+        press(dialog, Form4_Command2);
+    });
+    EXPECT_EQ(form->workspace().settings, former);
+}
+
+TEST_F(PreferencesDialog, CancelAfterAWriteThatFailedKeepsTheRecord) {
+    start();
+    Settings former = form->workspace().settings;
+    const std::string file = program.path() + "config.cfg";
+    SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    with([&](HWND dialog) {
+        SetDlgItemTextA(dialog, Form4_Text1, "C:\\emu.exe");
+        typeSize(dialog, "13");
+        press(dialog, Form4_Command1);
+        ASSERT_EQ(messages.shown.size(), 1U);
+        EXPECT_NE(messages.shown[0].text.find("folder of your own"), std::string::npos) << "the way out";
+        press(dialog, Form4_Command1);
+        ASSERT_EQ(messages.shown.size(), 2U);
+        EXPECT_EQ(messages.shown[1].text.find("folder of your own"), std::string::npos) << "said once";
+        press(dialog, Form4_Command2);
+    });
+    SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    former.FontSize = 13; // in force at once
+    EXPECT_EQ(form->workspace().settings, former);
+}
+
+TEST_F(PreferencesDialog, OkShowsTheRefilledFields) {
+    start();
+    std::string args;
+    with([&](HWND dialog) {
+        SetDlgItemTextA(dialog, Form4_Text2, "");
+        SetDlgItemTextA(dialog, Form4_cmbFontSize, "x"); // so that the dialog stays to be looked at
+        press(dialog, Form4_Command1);
+        args = text(dialog, Form4_Text2);
+        press(dialog, Form4_Command2);
+    });
+    EXPECT_EQ(args, "-diska %dsk -msx2");
+}
+
 TEST_F(PreferencesDialog, BrowsingFillsTheFields) {
     start();
     with([&](HWND dialog) {

@@ -117,7 +117,8 @@ TEST_F(StartUp, TheEditorHasNoBindingForTheWindowsShortcuts) {
             continue;
         for (const int pane : {0, 1}) { // as if the window's shortcut had not taken the key
             HWND const view = editorPane(pane);
-            hold(row.shortcut.control ? shiftState::control : 0);
+            hold((row.shortcut.control ? shiftState::control : 0) +
+                 (row.shortcut.shift ? shiftState::shift : 0) + (row.shortcut.alt ? shiftState::alt : 0));
             SendMessageA(view, WM_KEYDOWN, row.shortcut.key, 0);
             if (row.shortcut.key >= 'A' && row.shortcut.key <= 'Z')
                 SendMessageA(view, WM_CHAR, static_cast<WPARAM>(row.shortcut.key - 'A' + 1), 0);
@@ -368,9 +369,27 @@ TEST_F(StartUp, DeleteTakesTheSelectionOnly) {
     EXPECT_EQ(form->Code1().text(), "ac");
 }
 
+/// Counts what Windows makes of a key-up that a window leaves to it: the menu bar's turn.
+LRESULT CALLBACK countMenuKeys(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR,
+                               DWORD_PTR count) {
+    if (message == WM_SYSCOMMAND || message == WM_CONTEXTMENU) {
+        ++*std::bit_cast<int*>(count);
+        return 0;
+    }
+    return DefSubclassProc(window, message, first, second);
+}
+
 TEST_F(StartUp, KeyUpsOfTheWindowAreSwallowed) {
     start();
-    EXPECT_EQ(SendMessageA(form->window(), WM_KEYUP, VK_F10, 0), 0);
+    int count = 0;
+    SetWindowSubclass(form->window(), countMenuKeys, 7, std::bit_cast<DWORD_PTR>(&count));
+    SendMessageA(form->window(), WM_SYSKEYDOWN, VK_F10, 0);
+    SendMessageA(form->window(), WM_KEYUP, VK_F10, 0);
+    EXPECT_EQ(count, 0);
+    SendMessageA(form->window(), WM_SYSKEYDOWN, VK_F10, 0);
+    SendMessageA(form->window(), WM_SYSKEYUP, VK_F10, 0);
+    EXPECT_EQ(count, 1) << "F10 itself reaches the menu bar";
+    RemoveWindowSubclass(form->window(), countMenuKeys, 7);
 }
 
 TEST_F(StartUp, ExitAsksNothingAndWritesNothing) {

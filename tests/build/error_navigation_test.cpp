@@ -61,14 +61,15 @@ TEST_F(ErrorNavigation, InAFileThatIsNotInTheTreeTheShownOneIsMarked) {
     EXPECT_EQ(progress.words, "file  : OTHER.INC: line 2, column 1\r\nError : 41 - x\r\n");
 }
 
-TEST_F(ErrorNavigation, InAFileThatIsGoneTheNodeIsSelectedAndTheShownFileMarked) {
+TEST_F(ErrorNavigation, InAFileThatIsGoneTheShownFileIsMarkedAndStaysSelected) {
     test.processes.work = [this] {
         deleteFile(test.folder.path() + "B.INC");
         test.folder.write("errors.txt", "\"B.INC\",1,1,41,\"x\"\r\n");
     };
     EXPECT_FALSE(build());
     EXPECT_EQ(test.editor.content, "{$I A.INC}\r\nlast line");
-    EXPECT_EQ(test.workspace.tree.selected(), 4U);
+    EXPECT_EQ(test.workspace.tree.selected(), 2U) << "a save must go into the editor's file";
+    EXPECT_EQ(test.workspace.project.SelectedKey, "M.PAS0");
     EXPECT_EQ(test.editor.highlighted, 0);
 }
 
@@ -94,6 +95,7 @@ TEST_F(ErrorNavigation, TextTypedDuringTheBuildIsSavedUnderTheCurrentFile) {
     EXPECT_EQ(test.messages.shown[0].buttons, Buttons::yesNoCancel);
     EXPECT_EQ(test.messages.shown[0].icon, Icon::question);
     EXPECT_EQ(test.folder.read("M.PAS"), "typed");
+    EXPECT_EQ(test.editor.undoCleared, std::vector<bool>{false});
     expectShown("A.INC", 3, 0);
 }
 

@@ -112,7 +112,7 @@ TEST_F(TwoFiles, AFileThatCannotBeSavedKeepsItsTextAndItsNode) {
     EXPECT_EQ(test.folder.read("A.INC"), "include\r\n");
 }
 
-TEST_F(TwoFiles, TheCurrentFileIsATreeIndexThatIsReadBackAsAnEntry) {
+TEST_F(TwoFiles, AfterCancelAmongThreeIncludesTheFormerFileIsTheCurrentOne) {
     test.folder.write("B.INC", "b\r\n");
     test.folder.write("C.INC", "c\r\n");
     LoadProject(workspace, test.folder.write("M.PAS", "{$I A.INC}\r\n{$I B.INC}\r\n{$I C.INC}\r\n"));
@@ -122,9 +122,37 @@ TEST_F(TwoFiles, TheCurrentFileIsATreeIndexThatIsReadBackAsAnEntry) {
     test.editor.setText("edited");
     test.messages.answers = {Answer::cancel};
     click(2);
-    EXPECT_EQ(workspace.tree.selected(), 5U) << "the node of entry 4";
-    EXPECT_EQ(workspace.project.SelectedKey, "C.INC3");
+    EXPECT_EQ(workspace.tree.selected(), 4U) << "and not the node of entry 4, which is another file";
+    EXPECT_EQ(workspace.project.SelectedKey, "B.INC2");
+    EXPECT_EQ(test.display.panels[StatusPanel::currentView], "Current View: B.INC");
     EXPECT_EQ(test.editor.content, "edited");
+    saveCurrentFile(workspace);
+    EXPECT_EQ(test.folder.read("B.INC"), "edited");
+    EXPECT_EQ(test.folder.read("C.INC"), "c\r\n");
+}
+
+TEST_F(TwoFiles, AFileThatIsGoneLeavesKeyAndNodeWithTheEditorsFile) {
+    deleteFile(test.folder.path() + "A.INC");
+    click(3);
+    EXPECT_EQ(workspace.tree.selected(), 2U);
+    EXPECT_EQ(workspace.project.SelectedKey, "M.PAS0");
+    EXPECT_EQ(test.display.panels[StatusPanel::currentView], "Current View: M.PAS");
+    test.editor.setText("edited");
+    saveCurrentFile(workspace);
+    EXPECT_EQ(test.folder.read("M.PAS"), "edited");
+    EXPECT_FALSE(test.folder.has("A.INC"));
+}
+
+TEST_F(TwoFiles, OnlyASaveThatLeavesTheFileClearsTheUndoHistory) {
+    test.messages.answers = {Answer::yes};
+    test.editor.setText("edited");
+    click(3);
+    EXPECT_EQ(test.editor.undoCleared, std::vector<bool>{true});
+    test.editor.setText("edited");
+    saveCurrentFile(workspace);
+    test.editor.setText("edited");
+    saveModifiedText(workspace);
+    EXPECT_EQ(test.editor.undoCleared, (std::vector<bool>{true, false, false}));
 }
 
 TEST_F(TwoFiles, AnyFailingCallOfASaveKeepsTheText) {

@@ -1,3 +1,4 @@
+#include "project/file_switching.h"
 #include "project/include_files.h"
 #include "project/project_loading.h"
 #include "tests/support/fakes.h"
@@ -74,6 +75,22 @@ TEST_F(IncludeFiles, ANewFileIsEmptyIncludedAndShown) {
     EXPECT_EQ(display.panels[StatusPanel::currentView], "Current View: NEW.INC");
     EXPECT_EQ(workspace.tree.selectedText(), "NEW.INC");
     EXPECT_EQ(messages.shown.size(), 1U);
+}
+
+TEST_F(IncludeFiles, AnIncludeIsInsertedIntoTheIncludeInTheEditor) {
+    workspace.tree.selectedByUser(3);
+    switchToNode(workspace, 3);
+    editor.setCaret({0, 2});
+    dialogs.answer = folder.path() + "new.inc";
+    answer({Answer::yes});
+    newIncludeFile(workspace);
+    EXPECT_EQ(folder.read("A.INC"), "{$i new.inc }\r\n{ a }\r\n");
+    EXPECT_EQ(folder.read("M.PAS"), "program M;\r\n{$I A.INC}\r\nbegin\r\nend.\r\n");
+    EXPECT_EQ(workspace.tree.texts(), (std::vector<std::string>{"Project", "M.PAS", "A.INC", "NEW.INC"}));
+    EXPECT_EQ(workspace.tree.node(4).parent, 3U) << "one level down";
+    EXPECT_EQ(workspace.tree.selectedText(), "NEW.INC");
+    EXPECT_EQ(editor.undoCleared, std::vector<bool>{false})
+        << "the history goes with the load, not with the save";
 }
 
 TEST_F(IncludeFiles, ANewFileAlwaysLiesInTheProjectsFolder) {

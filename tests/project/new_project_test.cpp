@@ -30,7 +30,8 @@ TEST_F(NewProject, TheMainFileTakesTheNewName) {
     EXPECT_EQ(folder.read("game.tpj"), "game\r\n2E9B\r\nD200\r\n" + folder.path() + "game.pas\r\n");
     EXPECT_FALSE(folder.has("AUTOEXEC.BAT"));
     EXPECT_FALSE(folder.has("Demo.PAS"));
-    EXPECT_EQ(workspace.tree.texts(), (std::vector<std::string>{"Project", "GAME.PAS", "DEMO.INC"}));
+    EXPECT_EQ(workspace.tree.texts(), (std::vector<std::string>{"game", "GAME.PAS", "DEMO.INC"}))
+        << "the root shows the new name";
     EXPECT_EQ(workspace.project.Name, "game");
     EXPECT_EQ(workspace.settings.Recent[0], folder.path() + "game.tpj");
     EXPECT_EQ(workspace.LastDir, folder.path());

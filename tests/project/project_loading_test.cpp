@@ -180,10 +180,13 @@ TEST(ProjectLoading, RefreshSavesUnderTheBareNameAndReadsTheProjectAgain) {
 
 TEST(ProjectLoading, ALocatedFileIsLoadedButTheFolderStays) {
     TestWorkspace test;
-    test.workspace.settings.UseTooltips = storedFalse; // the routine index looks in the folder only
     test.folder.makeFolder("else");
     test.dialogs.answer = test.folder.write("else\\NO.PAS", "x\r\n");
+    // The routine index looks in the folder only, where the file is not.
     LoadProject(test.workspace, test.folder.path() + "NO.PAS");
+    EXPECT_TRUE(test.messages.shown.empty());
+    EXPECT_EQ(test.display.projectCommandsEnabled, 1);
+    EXPECT_EQ(test.workspace.CaretPositions.size(), 3U) << "the load came to its end";
     EXPECT_EQ(test.editor.content, "x\r\n");
     EXPECT_EQ(test.workspace.project.Folder, test.folder.path());
     EXPECT_EQ(test.workspace.tree.count(), 2U);

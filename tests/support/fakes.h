@@ -124,6 +124,7 @@ class FakeEditor : public SourceEditor {
     bool changed = false;
     long highlighted = -1;
     int focused = 0;
+    std::vector<bool> undoCleared; ///< by each save
 
     std::string text() const override { return content; }
     void setText(std::string_view text) override {
@@ -136,9 +137,10 @@ class FakeEditor : public SourceEditor {
         content = readWholeFile(path) + content;
         changed = true;
     }
-    void saveFile(const std::string& path, bool) override {
+    void saveFile(const std::string& path, bool clearUndo) override {
         writeWholeFile(path, content);
         changed = false;
+        undoCleared.push_back(clearUndo);
     }
     void insertText(std::string_view text, EditorPosition position) override {
         std::size_t start = 0;

@@ -1,0 +1,26 @@
+#include "project/unwritable_folder.h"
+
+#include "project/workspace.h"
+#include "util/runtime_error.h"
+#include "util/text.h"
+
+namespace tavrel {
+
+bool isUnwritableProgramFolder(const Workspace& workspace, const RuntimeError& error) {
+    const bool refused = error.number() == RuntimeErrorNumber::pathFileAccessError ||
+                         error.number() == RuntimeErrorNumber::permissionDenied;
+    return refused && upperCase(error.detail()).starts_with(upperCase(workspace.AppDir));
+}
+
+std::string explainedMessage(Workspace& workspace, const RuntimeError& error) {
+    if (workspace.toldUnwritable || !isUnwritableProgramFolder(workspace, error))
+        return error.message();
+    workspace.toldUnwritable = true;
+    return error.message() + "\r\n\r\nTavrel keeps its settings, its compiler's work and disk images in its "
+                             "own folder. Where that "
+                             "may not be written, open and edit files as you like; to compile and to keep "
+                             "settings, unpack Tavrel "
+                             "into a folder of your own, C:\\Tavrel for example.";
+}
+
+} // namespace tavrel

@@ -1,0 +1,11 @@
+// Making folders.
+#pragma once
+
+#include <string>
+
+namespace tavrel {
+
+/// Makes a folder, whose parent must be there. True when it is there afterwards.
+bool makeFolder(const std::string& path) noexcept;
+
+} // namespace tavrel
