@@ -193,7 +193,7 @@ Section "Open .tpj files" typeSection
   WriteRegStr HKCU "${classes}\.tpj" "" "Tavrel.file"
   WriteRegStr HKCU "${classes}\.tpj" "Content Type" "text"
   WriteRegStr HKCU "${classes}\Tavrel.file" "" "Tavrel Turbo Pascal Project"
-  WriteRegStr HKCU "${classes}\Tavrel.file\DefaultIcon" "" "$INSTDIR\tavrel.ico"
+  WriteRegStr HKCU "${classes}\Wendrix.file\DefaultIcon" "" "$INSTDIR\tavrel.ico" ; the program's own key
   WriteRegStr HKCU "${classes}\Tavrel.file\shell" "" "Open"
   WriteRegStr HKCU "${classes}\Tavrel.file\shell\Open\command" "" "$INSTDIR\Tavrel.exe %1"
   ${RefreshShellIcons}

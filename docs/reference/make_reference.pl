@@ -64,7 +64,7 @@ sub add_place {
 }
 
 # Pages of the guide that the help has too. The first one is not among them: the topic "quick" is its short form.
-my %guide = ('emulators.md' => 'emulator', 'real-machine.md' => 'realmsx', 'old-sources.md' => 'oldsrc');
+my %guide = ('emulators.md' => 'emulator', 'real-machine.md' => 'realmsx', 'old-sources.md' => 'oldsrc', 'what-to-know.md' => 'know');
 
 sub read_topics {
     for my $path (sort glob "$sources/topics/*.htm") {

@@ -124,6 +124,9 @@ installation() {
   command=$(registry "HKCU\\Software\\Classes\\Tavrel.file\\shell\\Open\\command" | sed -n "s/.*REG_SZ *//p")
   same "project files open with it" "Tavrel.file C:\\TavrelTest\\Tavrel\\Tavrel.exe %1" \
     "$(registry "HKCU\\Software\\Classes\\.tpj" | sed -n "s/.*(Default) *REG_SZ *//p") $command"
+  same "and have the icon key of the program's own registration only" "gone C:\\TavrelTest\\Tavrel\\tavrel.ico" \
+    "$(in_registry 'HKCU\Software\Classes\Tavrel.file\DefaultIcon') $(registry \
+      'HKCU\Software\Classes\Wendrix.file\DefaultIcon' | sed -n "s/.*(Default) *REG_SZ *//p")"
   same "the start menu has an entry" "1" "$(menu_entry)"
 
   # A project of the user's in the very folder of the program.

@@ -120,7 +120,7 @@ my @unexplained;
 for my $command (@commands) {
     next if $command =~ /, menu, / || $command =~ /Recent opened/;
     my ($caption) = $command =~ /^\{"\w+", \w+, "([^"]+)"/;
-    my ($key) = $command =~ /\{[^{}]*"([^"]+)"\}/;
+    my ($key) = $command =~ /\{[^{}]*"([^"]+)"[^{}"]*\}/;
     push @unexplained, $caption if $menus !~ /\b\Q$caption\E\b/i;
     push @unexplained, $key if defined $key && $menus !~ /\b\Q$key\E\b/;
 }
