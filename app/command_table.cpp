@@ -82,7 +82,18 @@ const std::vector<CommandRow>& rows() {
         {"keyFindNext", keyFindNext, "Find Next", key, 0, always, {VK_F3, false, "F3"}, &Form1::findNextCommand},
         {"keyReplace", keyReplace, "Replace", key, 0, always, {'H', true, "Ctrl+H"}, &Form1::replaceCommand},
         {"keyUndo", keyUndo, "Undo", key, 0, always, {VK_BACK, false, "Alt+Backspace", false, true}, &Form1::undoCommand},
+        {"keyTree", keyTree, "Project tree", key, 0, always, {VK_F8, false, "F8"}, &Form1::treeCommand},
         {"keyReload", keyReload, "Load from disk again", key, 0, always, {'R', true, "Ctrl+R"}, &Form1::reloadCommand},
+        {"keyDefinition", keyDefinition, "Go to definition", key, 0, always, {VK_F12, false, "F12"}, &Form1::goToDefinitionCommand},
+        {"keyBack", keyBack, "Back", key, 0, always, {VK_F12, false, "Shift+F12", true}, &Form1::goBackCommand},
+        {"keyFindInProject", keyFindInProject, "Find in all files", key, 0, always, {VK_F3, true, "Ctrl+Shift+F3", true}, &Form1::findInProjectCommand},
+        {"keyComment", keyComment, "Comment lines", key, 0, always, {'K', true, "Ctrl+K"}, &Form1::toggleCommentsCommand},
+        {"keyDuplicate", keyDuplicate, "Duplicate line", key, 0, always, {'D', true, "Ctrl+D"}, &Form1::duplicateCommand},
+        {"keyMoveUp", keyMoveUp, "Move line up", key, 0, always, {VK_UP, false, "Alt+Up", false, true}, &Form1::moveLineUpCommand},
+        {"keyMoveDown", keyMoveDown, "Move line down", key, 0, always, {VK_DOWN, false, "Alt+Down", false, true}, &Form1::moveLineDownCommand},
+        {"keyMarkWord", keyMarkWord, "Mark the word", key, 0, always, {VK_F4, false, "F4"}, &Form1::markWordCommand},
+        {"keyMatch", keyMatch, "Begin and end", key, 0, always, {'M', true, "Ctrl+M"}, &Form1::matchingWordCommand},
+        {"keyFold", keyFold, "Fold", key, 0, always, {VK_F9, false, "F9"}, &Form1::foldCommand},
         {"keyGoToLine", keyGoToLine, "Go to line", key, 0, always, {'G', true, "Ctrl+G"}, &Form1::goToLineCommand},
     };
     return table;

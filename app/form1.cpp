@@ -26,6 +26,15 @@ constexpr UINT timerPeriod = 100;  // milliseconds
 constexpr double treeWidth = 2400; // twips
 constexpr double firstWidth = 13800;
 constexpr double firstHeight = 9900;
+
+/// A virtual key as the editor numbers it.
+int editorKeyCode(int key) {
+    return key == VK_UP ? SCK_UP : key == VK_DOWN ? SCK_DOWN : key;
+}
+
+bool isFunctionKey(const MSG& message) {
+    return message.message == WM_KEYDOWN && message.wParam >= VK_F1 && message.wParam <= VK_F24;
+}
 } // namespace
 
 Form1::Form1(const Form1Seams& seams, const std::string& AppDir)
@@ -142,9 +151,9 @@ void Form1::removeShortcutKeysFromEditor() {
     for (const CommandRow& row : commandTable()) {
         constexpr int firstFunctionKey = VK_F1;
         if (row.shortcut.key != 0 && row.shortcut.key < firstFunctionKey) // the editor has no function keys
-            Code1_->releaseKey(row.shortcut.key, (row.shortcut.control ? SCMOD_CTRL : 0) |
-                                                     (row.shortcut.shift ? SCMOD_SHIFT : 0) |
-                                                     (row.shortcut.alt ? SCMOD_ALT : 0));
+            Code1_->releaseKey(editorKeyCode(row.shortcut.key), (row.shortcut.control ? SCMOD_CTRL : 0) |
+                                                                    (row.shortcut.shift ? SCMOD_SHIFT : 0) |
+                                                                    (row.shortcut.alt ? SCMOD_ALT : 0));
     }
 }
 
@@ -305,8 +314,15 @@ void Form1::refreshTooltips() {
     guarded([this] { RefreshTooltips(*workspace_); });
 }
 
+/// The keys that build, run and help go on working while the progress window has the focus.
+bool Form1::isInProgressWindow(HWND window) const {
+    HWND const progress = form2_ ? form2_->window() : nullptr;
+    return progress != nullptr && (window == progress || IsChild(progress, window) != 0);
+}
+
 bool Form1::handleFirst(MSG& message) {
-    const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd) != 0;
+    const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd) != 0 ||
+                      (isInProgressWindow(message.hwnd) && isFunctionKey(message));
     return ours && TranslateAcceleratorA(window_, accelerators_, &message) != 0;
 }
 
@@ -323,11 +339,14 @@ LRESULT Form1::handle(UINT message, WPARAM first, LPARAM second) {
                          0); // not from inside the control's mouse handling
         return 0;
     case nodeClicked:
-        TV_->choiceTaken();
-        guarded([&] {
-            if (first >= 1 && first <= workspace_->tree.count())
-                switchToNode(*workspace_, first);
-        });
+        nodeChosen(first);
+        return 0;
+    case WM_MENUCHAR:
+        return menuCharacter(LOWORD(first), std::bit_cast<HMENU>(second));
+    case WM_CONTEXTMENU:
+        // The mouse's has been there by then: the editor reports the button itself.
+        if (second == -1 && IsChild(Code1_->window(), std::bit_cast<HWND>(first)) != 0)
+            popUpEditMenuAtCaret();
         return 0;
     case WM_ACTIVATE:
         if (loaded_ && LOWORD(first) != WA_INACTIVE) {

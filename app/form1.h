@@ -111,11 +111,23 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     void printCommand();
     void goToLineCommand();
     void reloadCommand();
+    void treeCommand();
+    void goToDefinitionCommand();
+    void goBackCommand();
+    void findInProjectCommand();
+    void toggleCommentsCommand();
+    void duplicateCommand();
+    void moveLineUpCommand();
+    void moveLineDownCommand();
+    void markWordCommand();
+    void matchingWordCommand();
+    void foldCommand();
 
   private:
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT handle(UINT message, WPARAM first, LPARAM second);
     bool handleFirst(MSG& message) override;
+    bool isInProgressWindow(HWND window) const;
     void editorKeyDown(int key, int shift) override;
     void editorKeyPress(int character, int shift) override;
     void editorMouseDown(MouseButton button, int shift, int x, int y) override;
@@ -141,8 +153,14 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     FormMeasures measures() const;
     void timerTick();
     void copyTypedTextWhenDue();
+    void nodeChosen(std::size_t node);
+    std::vector<std::string> projectTexts() const;
+    std::size_t shownFile() const;
+    bool showFile(std::size_t file);
+    void popUpEditMenuAtCaret();
+    static LRESULT menuCharacter(WORD character, HMENU menu);
     void followEditor();
-    void popUpMenu(UINT identifier);
+    void popUpMenu(UINT identifier, const POINT* at = nullptr);
     void filesDropped(HDROP drop);
     bool saveBeforeDrop();
     void rescaled(int pixelsPerInch, const RECT& place);
@@ -170,6 +188,12 @@ class Form1 : public MainWindowDisplay, private MessageFilter, private EditorEve
     std::unique_ptr<Form6> form6_;
     std::unique_ptr<Form7> form7_;
     TypingWatch typingWatch_;
+    /// Where the caret was before a jump.
+    struct Jump {
+        std::string key; ///< of the file's node
+        EditorPosition caret;
+    };
+    std::vector<Jump> jumps_;
     ProcessRunner& processes_;
     Shell& shell_;
     PrintDevice& printer_;

@@ -79,12 +79,16 @@ void Form1::checkCommand(UINT identifier, bool checked) {
                       static_cast<UINT>(MF_BYPOSITION) | (checked ? MFS_CHECKED : MFS_UNCHECKED));
 }
 
-void Form1::popUpMenu(UINT identifier) {
+void Form1::popUpMenu(UINT identifier, const POINT* at) {
     const auto place = findPlace(GetMenu(window_), identifier);
-    POINT mouse = {};
-    if (place && GetCursorPos(&mouse))
-        TrackPopupMenu(GetSubMenu(place->menu, static_cast<int>(place->position)), TPM_RIGHTBUTTON, mouse.x,
-                       mouse.y, 0, window_, nullptr);
+    POINT corner = {};
+    if (at != nullptr)
+        corner = *at;
+    else
+        GetCursorPos(&corner);
+    if (place)
+        TrackPopupMenu(GetSubMenu(place->menu, static_cast<int>(place->position)), TPM_RIGHTBUTTON, corner.x,
+                       corner.y, 0, window_, nullptr);
 }
 
 void Form1::runCommand(UINT identifier) {
@@ -280,6 +284,8 @@ void Form1::showHistory() {
     guarded([this] { form7_->show(form6_->window(), readHistory(workspace_->AppDir)); });
 }
 
+/// Not past a save: a text that is what its file holds stays so. It has always been the rule; what a save
+/// replaces is not lost by undoing too far either.
 void Form1::undoCommand() {
     if (Code1_->canUndo() && Code1_->modified())
         Code1_->undo();

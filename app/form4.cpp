@@ -40,7 +40,11 @@ void opened(const Dialog& dialog) {
     dialog.setText(Form4_Text1, shown.emulatorPath);
     dialog.setText(Form4_Text2, shown.emulatorArgs);
     dialog.setText(Form4_Text3, shown.diskImageDir);
-    dialog.setText(Form4_cmbFontSize, shown.fontSize);
+    const LRESULT size =
+        SendDlgItemMessageA(dialog.window, Form4_cmbFontSize, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                            std::bit_cast<LPARAM>(shown.fontSize.c_str()));
+    SendDlgItemMessageA(dialog.window, Form4_cmbFontSize, CB_SETCURSEL, static_cast<WPARAM>(size), 0);
+    dialog.setText(Form4_cmbFontSize, shown.fontSize); // also one that the list does not have
     dialog.check(Form4_Check1, shown.registerTpj);
     dialog.check(Form4_Check2, shown.autoSave);
     dialog.check(Form4_Check3, shown.noNewProjectAtStart);

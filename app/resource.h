@@ -66,6 +66,17 @@
 #define keyGoToLine 1104
 #define keyUndo 1105
 #define keyReload 1106
+#define keyTree 1107
+#define keyDefinition 1108
+#define keyBack 1109
+#define keyFindInProject 1110
+#define keyComment 1111
+#define keyDuplicate 1112
+#define keyMoveUp 1113
+#define keyMoveDown 1114
+#define keyMarkWord 1115
+#define keyMatch 1116
+#define keyFold 1117
 
 // The main window.
 #define Tavrel_Icon 100

@@ -56,6 +56,7 @@ INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM first, LPARAM
     if (HIWORD(first) == EN_KILLFOCUS)
         fieldLeft(dialog, LOWORD(first));
     else if (LOWORD(first) == Form3_Command1 || LOWORD(first) == IDOK) {
+        fieldLeft(dialog, GetDlgCtrlID(GetFocus())); // Enter leaves no field, but its rules are the same
         accept(dialog, *std::bit_cast<Workspace*>(GetWindowLongPtrA(dialog, GWLP_USERDATA)));
         EndDialog(dialog, IDOK);
     } else if (LOWORD(first) == Form3_Command2 || LOWORD(first) == IDCANCEL) {

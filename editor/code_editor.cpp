@@ -124,6 +124,7 @@ EditorPosition CodeEditor::caret() const {
 
 void CodeEditor::setCaret(EditorPosition position) {
     const ScintillaView& view = active();
+    view.call(SCI_ENSUREVISIBLE, static_cast<uptr_t>(std::clamp(position.line, 0L, lineCount() - 1)));
     view.call(SCI_GOTOPOS, static_cast<uptr_t>(positionOf(position)));
     // What follows the line belongs into sight too: an error is often in what comes next.
     constexpr sptr_t linesBelow = 3;
@@ -221,6 +222,17 @@ void CodeEditor::releaseKey(int key, int modifiers) {
         if (view != nullptr)
             view->call(SCI_CLEARCMDKEY, static_cast<uptr_t>(key | (modifiers << 16)));
     }
+}
+
+POINT CodeEditor::caretPlace() const {
+    const ScintillaView& view = active();
+    const sptr_t caret = view.call(SCI_GETCURRENTPOS);
+    const sptr_t line = view.call(SCI_LINEFROMPOSITION, static_cast<uptr_t>(caret));
+    POINT place = {static_cast<LONG>(view.call(SCI_POINTXFROMPOSITION, 0, caret)),
+                   static_cast<LONG>(view.call(SCI_POINTYFROMPOSITION, 0, caret) +
+                                     view.call(SCI_TEXTHEIGHT, static_cast<uptr_t>(line)))};
+    ClientToScreen(view.window(), &place);
+    return place;
 }
 
 void CodeEditor::setWaitPointer(bool wait) {

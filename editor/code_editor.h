@@ -8,8 +8,10 @@
 #include "editor/source_editor.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <windows.h>
 
 namespace tavrel {
@@ -75,6 +77,21 @@ class CodeEditor : public SourceEditor {
     /// when the printer fails on the way.
     PrintStart print(PrintDevice& device, const std::string& title) const;
 
+    /// Selects bytes of the text and brings them into sight.
+    void select(std::size_t start, std::size_t end);
+    /// Where the selection ends (the caret, without one), in bytes from the text's start.
+    std::size_t selectionEnd() const;
+    /// Replaces the lines that the selection touches by what `change` makes of them, as one step of undo.
+    void replaceSelectedLines(const std::function<std::string(std::string_view)>& change);
+    /// Doubles the selection, or the line that the caret is in.
+    void duplicateLines();
+    /// Moves the lines that the selection touches up (-1) or down (1).
+    void moveLines(int direction);
+    /// Marks each place of the word and gives back their number; the same word again takes the marks off.
+    long markOccurrences(const std::string& word);
+    /// Folds or unfolds the block that the caret is in.
+    void toggleFold();
+
     /// Goes up with every change of the text, whoever makes it.
     unsigned long long changeCount() const { return changeCount_; }
 
@@ -87,6 +104,8 @@ class CodeEditor : public SourceEditor {
     /// values.
     void releaseKey(int key, int modifiers);
     void setWaitPointer(bool wait);
+    /// Where the caret is on the screen: the lower end of it.
+    POINT caretPlace() const;
 
     bool split() const { return lower_ != nullptr; }
     void setSplit(bool split);
@@ -128,6 +147,7 @@ class CodeEditor : public SourceEditor {
     int activePane_ = 0;
     bool forcedModified_ = false;
     unsigned long long changeCount_ = 0;
+    std::string markedWord_;
     std::size_t shownDigits_ = 0;
     EditorFont font_; ///< without a face before the first setFont()
     int size_ = 0;

@@ -1,5 +1,6 @@
 // What the editor does by itself while its user works: indentation, matching brackets, line numbers, zoom.
 #include "editor/code_editor.h"
+#include "editor/source_words.h"
 
 #include <algorithm>
 #include <bit>
@@ -67,15 +68,18 @@ bool finishesLine(const ScintillaView& view, int character) {
     return character == '\n' || (character == '\r' && view.call(SCI_GETEOLMODE) == SC_EOL_CR);
 }
 
-/// The new line begins with the blanks and tabs that the line above begins with.
+/// The new line begins with the blanks and tabs that the line above begins with, and further in after a line
+/// that opens a block.
 void indentAsAbove(const ScintillaView& view) {
     const sptr_t caret = view.call(SCI_GETCURRENTPOS);
     const sptr_t line = view.call(SCI_LINEFROMPOSITION, static_cast<uptr_t>(caret));
     if (line == 0)
         return;
     const auto above = static_cast<uptr_t>(line - 1);
-    const std::string blanks =
-        view.range(view.call(SCI_POSITIONFROMLINE, above), view.call(SCI_GETLINEINDENTPOSITION, above));
+    const sptr_t start = view.call(SCI_POSITIONFROMLINE, above);
+    std::string blanks = view.range(start, view.call(SCI_GETLINEINDENTPOSITION, above));
+    if (opensBlock(view.range(start, view.call(SCI_GETLINEENDPOSITION, above))))
+        blanks.append(indentWidth, ' ');
     if (!blanks.empty())
         view.call(SCI_REPLACESEL, 0, blanks.c_str());
 }

@@ -15,7 +15,6 @@ constexpr const char* className = "TavrelCodeEditor";
 constexpr int splitterHeight = 6; // pixels
 constexpr int smallestPane = 20;
 constexpr COLORREF errorBackground = RGB(255, 210, 205);
-constexpr sptr_t changeMarks = 15 << SC_MARKNUM_HISTORY_REVERTED_TO_ORIGIN; // the four of them
 } // namespace
 
 CodeEditor::CodeEditor(HWND parent, int controlIdentifier) {
@@ -51,8 +50,10 @@ ScintillaView& CodeEditor::active() const {
 void CodeEditor::setUp(const ScintillaView& view) const {
     view.call(SCI_SETTECHNOLOGY, SC_TECHNOLOGY_DEFAULT);
     view.call(SCI_SETCODEPAGE, 0); // one byte, one character
-    view.call(SCI_SETTABWIDTH, 4);
+    view.call(SCI_SETTABWIDTH, indentWidth);
     view.call(SCI_SETUSETABS, 0);
+    view.call(SCI_SETTABINDENTS, 1);
+    view.call(SCI_SETBACKSPACEUNINDENTS, 1);
     view.call(SCI_SETSCROLLWIDTH, 1);
     view.call(SCI_SETSCROLLWIDTHTRACKING, 1);
     view.call(SCI_SETCARETPERIOD, 500);
@@ -66,13 +67,17 @@ void CodeEditor::setUp(const ScintillaView& view) const {
     view.call(SCI_SETCARETLINEVISIBLEALWAYS, 1);
     view.call(SCI_SETMARGINTYPEN, 0, sptr_t{SC_MARGIN_NUMBER});
     view.call(SCI_SETMARGINTYPEN, 1, sptr_t{SC_MARGIN_SYMBOL});
-    view.call(SCI_SETMARGINMASKN, 1, changeMarks);
+    // The error's marker must stay in its mask too: one that is in no margin's is not drawn at all.
+    view.call(SCI_SETMARGINMASKN, 1, static_cast<sptr_t>(~static_cast<unsigned>(SC_MASK_FOLDERS)));
     view.call(SCI_SETCHANGEHISTORY, showChanges);
+    // A folded block has a line below it; what is typed or searched in it comes into sight again.
+    view.call(SCI_SETFOLDFLAGS, SC_FOLDFLAG_LINEAFTER_CONTRACTED);
+    view.call(SCI_SETAUTOMATICFOLD, SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE);
     // Keys without a command would put control characters into the text. Ctrl+Z has none here: the main
     // window undoes, under a rule of its own.
     for (int key = 'A'; key <= 'Z'; ++key) {
         const auto control = static_cast<uptr_t>(key | (SCMOD_CTRL << 16));
-        if (std::string_view("ACVXYLTDU").find(static_cast<char>(key)) == std::string_view::npos)
+        if (std::string_view("ACVXYLTU").find(static_cast<char>(key)) == std::string_view::npos)
             view.call(SCI_ASSIGNCMDKEY, control, sptr_t{SCI_NULL});
         view.call(SCI_ASSIGNCMDKEY, static_cast<uptr_t>(key | ((SCMOD_CTRL | SCMOD_SHIFT) << 16)),
                   sptr_t{SCI_NULL});

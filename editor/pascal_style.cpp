@@ -41,6 +41,10 @@ constexpr const char* reservedWords = "absolute and array begin case const div d
                                       "repeat set shl shr string then to type until var "
                                       "while with xor";
 
+void setProperty(const ScintillaView& view, const char* name, const char* value) {
+    view.call(SCI_SETPROPERTY, std::bit_cast<uptr_t>(name), value);
+}
+
 } // namespace
 
 void applyPascalStyle(const ScintillaView& view, const EditorFont& font, int size) {
@@ -68,6 +72,8 @@ void applyPascalStyle(const ScintillaView& view, const EditorFont& font, int siz
         Scintilla::ILexer5* const lexer = CreateLexer("pascal");
         view.call(SCI_SETILEXER, 0, std::bit_cast<sptr_t>(lexer));
         view.call(SCI_SETKEYWORDS, 0, reservedWords);
+        setProperty(view, "fold", "1");
+        setProperty(view, "fold.compact", "0"); // blank lines after a block stay in sight
     }
 }
 

@@ -11,6 +11,9 @@ namespace tavrel {
 
 struct EditorFont;
 
+/// Blanks that a block is indented by, as in all sources that come with the program.
+constexpr uptr_t indentWidth = 2;
+
 /// The lines that were changed since the file was loaded are marked, also those that were saved since.
 constexpr uptr_t showChanges = SC_CHANGE_HISTORY_ENABLED | SC_CHANGE_HISTORY_MARKERS;
 

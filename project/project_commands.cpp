@@ -114,6 +114,8 @@ void openRecentEntry(Workspace& workspace, std::size_t index) {
     }
 }
 
+/// With the root selected the text goes into a file of the project's name, as it always has; a rescue copy of
+/// it is kept, since its own file does not get it.
 void saveModifiedText(Workspace& workspace) {
     if (workspace.editor.modified() && workspace.tree.count() > 0)
         saveEditorText(workspace, workspace.project.Folder + workspace.tree.selectedText(), false);

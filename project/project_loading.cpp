@@ -122,6 +122,8 @@ void LoadProject(Workspace& workspace, const std::string& path) {
     std::string mainFile = path;
     if (!FileExists(path)) {
         const std::optional<std::string> located = locateMainFile(workspace, path);
+        // The tree and the record go on showing the former project, over an empty editor, as they always
+        // have. What is typed then goes into the file of the selected node, whose text becomes a rescue copy.
         if (!located)
             return;
         mainFile = *located; // the folder stays: includes are looked for where the project was said to be

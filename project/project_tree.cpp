@@ -32,6 +32,15 @@ std::size_t ProjectTree::find(const std::string& key) const {
     return 0;
 }
 
+bool ProjectTree::isBelow(std::size_t index, std::size_t upper) const {
+    while (index != 0) {
+        index = node(index).parent;
+        if (index == upper)
+            return index != 0;
+    }
+    return false;
+}
+
 void ProjectTree::setImage(std::size_t index, TreeImage image) {
     nodes_.at(index - 1).image = image;
     if (listener_ != nullptr)

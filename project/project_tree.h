@@ -44,6 +44,9 @@ class ProjectTree {
     /// Index of the first node with this key, 0 when there is none.
     std::size_t find(const std::string& key) const;
 
+    /// Does a node lie below another one, at any depth?
+    bool isBelow(std::size_t index, std::size_t upper) const;
+
     void setImage(std::size_t index, TreeImage image);
     void setText(std::size_t index, const std::string& text);
 

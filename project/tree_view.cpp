@@ -118,13 +118,14 @@ std::size_t TreeView::nodeUnderMouse() const {
     return (hit.flags & TVHT_ONITEM) != 0 ? nodeOf(hit.hItem) : 0;
 }
 
-bool TreeView::choose(std::size_t node) {
+bool TreeView::choose(std::size_t node, bool byKey) {
     if (node < 1 || node > tree_->count())
         return false;
     tree_->selectedByUser(node);
     if (choicePending_ && clickedNode_ == node)
         return false;
     clickedNode_ = node;
+    chosenByKey_ = byKey;
     choicePending_ = true;
     return true;
 }
@@ -139,7 +140,7 @@ bool TreeView::handleNotification(const NMHDR& notification) {
         return choose(nodeUnderMouse());
     case TVN_SELCHANGEDA:
     case TVN_SELCHANGEDW:
-        return !selecting_ && choose(node());
+        return !selecting_ && choose(node(), details.action == TVC_BYKEYBOARD);
     case TVN_ITEMEXPANDEDA:
     case TVN_ITEMEXPANDEDW:
         if (node() < 1 || node() > tree_->count())
@@ -149,18 +150,12 @@ bool TreeView::handleNotification(const NMHDR& notification) {
             return false;
         }
         tree_->collapse(node());
-        return followSelection();
+        // The control then selects this node in place of the one that is out of sight now, under some systems
+        // without a word. The editor must follow: what is selected is what a save writes to.
+        return tree_->isBelow(tree_->selected(), node()) && choose(node());
     default:
         return false;
     }
-}
-
-/// When a node is collapsed that the selected one lies below, the control selects it, under some systems
-/// without a word. The editor must follow: what is selected is what a save writes to.
-bool TreeView::followSelection() {
-    const std::size_t shown =
-        nodeOf(std::bit_cast<HTREEITEM>(SendMessageA(window_, TVM_GETNEXTITEM, TVGN_CARET, 0)));
-    return shown != tree_->selected() && choose(shown);
 }
 
 } // namespace tavrel

@@ -24,6 +24,8 @@ class TreeView : public ProjectTreeListener {
     /// Follows a notification of the control. True when the user chose a node, which is then clickedNode().
     bool handleNotification(const NMHDR& notification);
     std::size_t clickedNode() const { return clickedNode_; }
+    /// Was it chosen by a key? Then the focus stays in the tree.
+    bool chosenByKey() const { return chosenByKey_; }
     /// The choice has been carried out; until then the same node is not reported again: one click is reported
     /// by the control as a click and as a new selection.
     void choiceTaken() { choicePending_ = false; }
@@ -38,8 +40,7 @@ class TreeView : public ProjectTreeListener {
 
   private:
     void useImages();
-    bool choose(std::size_t node);
-    bool followSelection();
+    bool choose(std::size_t node, bool byKey = false);
     std::size_t nodeOf(HTREEITEM item) const;
     std::size_t nodeUnderMouse() const;
 
@@ -49,6 +50,7 @@ class TreeView : public ProjectTreeListener {
     std::vector<HTREEITEM> items_;
     std::size_t clickedNode_ = 0;
     bool choicePending_ = false;
+    bool chosenByKey_ = false;
     bool selecting_ = false; ///< the program itself changes the selection
 };
 

@@ -7,9 +7,9 @@
 namespace tavrel {
 
 bool isUnwritableProgramFolder(const Workspace& workspace, const RuntimeError& error) {
-    const bool refused = error.number() == RuntimeErrorNumber::pathFileAccessError ||
-                         error.number() == RuntimeErrorNumber::permissionDenied;
-    return refused && upperCase(error.detail()).starts_with(upperCase(workspace.AppDir));
+    // "Permission denied" is a file that another program holds, which is no matter of the folder.
+    return error.number() == RuntimeErrorNumber::pathFileAccessError &&
+           upperCase(error.detail()).starts_with(upperCase(workspace.AppDir));
 }
 
 std::string explainedMessage(Workspace& workspace, const RuntimeError& error) {

@@ -6,6 +6,6 @@
 namespace tavrel {
 
 /// Makes a folder, whose parent must be there. True when it is there afterwards.
-bool makeFolder(const std::string& path) noexcept;
+bool makeFolder(const std::string& path);
 
 } // namespace tavrel

@@ -6,7 +6,7 @@
 
 namespace tavrel {
 
-bool makeFolder(const std::string& path) noexcept {
+bool makeFolder(const std::string& path) {
     std::error_code error;
     std::string native = path;
     std::replace(native.begin(), native.end(), '\\', '/');

@@ -4,7 +4,7 @@
 
 namespace tavrel {
 
-bool makeFolder(const std::string& path) noexcept {
+bool makeFolder(const std::string& path) {
     if (CreateDirectoryA(path.c_str(), nullptr) != 0)
         return true;
     const DWORD attributes = GetFileAttributesA(path.c_str());

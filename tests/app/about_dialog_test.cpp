@@ -64,16 +64,17 @@ TEST_F(AboutDialog, TheClosingLabelCloses) {
 TEST_F(AboutDialog, TheHistoryShowsItsFile) {
     program.write("history.txt", "Tavrel 0.1\r\n- First\r\n");
     openAbout();
-    std::string shown(64, '\0');
-    bool focused = false;
-    whenDialogOpens("History", [&](HWND dialog) {
-        shown.resize(GetDlgItemTextA(dialog, Form7_Text1, shown.data(), static_cast<int>(shown.size())));
-        focused = GetFocus() == GetDlgItem(dialog, Form7_Text1);
-        SendMessageA(dialog, WM_CLOSE, 0, 0);
-    });
     SendDlgItemMessageA(about(), Form6_History, BM_CLICK, 0, 0);
+    HWND const history = form->historyWindow().window();
+    ASSERT_NE(history, nullptr);
+    std::string shown(64, '\0');
+    shown.resize(GetDlgItemTextA(history, Form7_Text1, shown.data(), static_cast<int>(shown.size())));
     EXPECT_EQ(shown, "Tavrel 0.1\r\n- First\r\n");
-    EXPECT_TRUE(focused);
+    EXPECT_EQ(GetFocus(), GetDlgItem(history, Form7_Text1));
+    SendDlgItemMessageA(about(), Form6_History, BM_CLICK, 0, 0);
+    EXPECT_EQ(form->historyWindow().window(), history) << "one window";
+    SendMessageA(history, WM_CLOSE, 0, 0);
+    EXPECT_EQ(form->historyWindow().window(), nullptr);
 }
 
 TEST_F(AboutDialog, AMissingHistoryIsReported) {

@@ -70,9 +70,9 @@ struct EditorComfort : test::MainWindow {
 
 TEST_F(EditorComfort, ANewLineBeginsLikeTheOneAbove) {
     start();
-    showText(" \tbegin", {0, 7});
+    showText(" \tconst", {0, 7});
     type("\r x\ry");
-    EXPECT_EQ(form->Code1().text(), " \tbegin\r\n \t x\r\n \t y");
+    EXPECT_EQ(form->Code1().text(), " \tconst\r\n \t x\r\n \t y");
 }
 
 TEST_F(EditorComfort, TheIndentationFollowsEveryKindOfLineEnd) {

@@ -297,7 +297,9 @@ TEST_F(StartUp, SettingsThatCannotBeWrittenAreToldAndTheProjectIsThere) {
     startWithProject();
     std::filesystem::permissions(file, std::filesystem::perms::owner_all);
     ASSERT_EQ(messages.shown.size(), 1U);
-    EXPECT_EQ(messages.shown[0].text, "Path/File access error\r\n" + program.path() + "config.cfg");
+    EXPECT_TRUE(messages.shown[0].text.starts_with("Path/File access error\r\n" + program.path() +
+                                                   "config.cfg\r\n\r\n"))
+        << messages.shown[0].text;
     EXPECT_EQ(TreeView_GetCount(form->TV().window()), 3U);
 }
 

@@ -237,7 +237,7 @@ TEST_F(EditorFileTest, ReloadingAFileThatIsGoneChangesNothing) {
 TEST_F(EditorFileTest, ASaveThatFailsKeepsTextFlagAndTypingCopy) {
     test.editor.setText("typed");
     copyTypedText(workspace);
-    test::FailingFiles files(1, true, test::FailingFiles::Failure::before, RuntimeErrorNumber::diskFull);
+    test::FailingFiles files(1, true, test::FailingFiles::Failure::before);
     EXPECT_THROW(saveCurrentFile(workspace), RuntimeError);
     EXPECT_TRUE(test.editor.modified());
     EXPECT_EQ(rescued("M.PAS"), Texts{"typed"});

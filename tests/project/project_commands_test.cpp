@@ -1,6 +1,7 @@
 #include "project/include_files.h"
 #include "project/project_commands.h"
 #include "project/project_loading.h"
+#include "project/unwritable_folder.h"
 #include "tests/support/fakes.h"
 #include "util/files.h"
 #include "util/runtime_error.h"
@@ -148,6 +149,61 @@ TEST(ProjectCommands, AProjectThatCannotBeSavedKeepsItsOldFile) {
     EXPECT_EQ(test.folder.read("Demo.tpj"), "old");
     EXPECT_EQ(test.workspace.settings.Recent[0], "");
     std::filesystem::permissions(test.folder.native() / "Demo.tpj", std::filesystem::perms::owner_all);
+}
+
+TEST(TwoPrograms, DoNotUndoEachOthersSettings) {
+    TestWorkspace test;
+    TestWorkspace other;
+    other.workspace.AppDir = test.program.path(); // the same program folder
+    writeSettings(test.program.path(), SetDefaultSettings(test.program.path()));
+    LoadSettings(test.workspace);
+    LoadSettings(other.workspace);
+    test.workspace.settings.EmulatorPath = "C:\\emu.exe";
+    SaveSettings(test.workspace);
+    AddRecentFile(other.workspace, "C:\\A.TPJ");
+    const Settings stored = readSettings(test.program.path());
+    EXPECT_EQ(stored.EmulatorPath, "C:\\emu.exe");
+    EXPECT_EQ(stored.Recent[0], "C:\\A.TPJ");
+    EXPECT_EQ(other.workspace.settings, stored) << "and the program goes on with them";
+}
+
+TEST(TwoPrograms, ASettingsFileThatWasCutShortIsWrittenWhole) {
+    TestWorkspace test;
+    writeSettings(test.program.path(), SetDefaultSettings(test.program.path()));
+    LoadSettings(test.workspace);
+    test.program.write("config.cfg", std::string(6, '\0'));
+    AddRecentFile(test.workspace, "C:\\A.TPJ");
+    EXPECT_EQ(readSettings(test.program.path()).FontName, "Terminal");
+}
+
+TEST(ReadOnlyProgramFolder, APascalFileOpensAllTheSameAndItIsToldOnce) {
+    TestWorkspace test;
+    const std::string path = test.folder.write("M.PAS", "m\r\n");
+    writeSettings(test.program.path(), test.workspace.settings);
+    std::filesystem::permissions(test.program.native() / "config.cfg", std::filesystem::perms::owner_read);
+    try {
+        openPascalFileNamed(test.workspace, path);
+        ADD_FAILURE() << "the first time is told";
+    } catch (const RuntimeError& error) {
+        EXPECT_TRUE(isUnwritableProgramFolder(test.workspace, error));
+        EXPECT_NE(explainedMessage(test.workspace, error).find("folder of your own"), std::string::npos);
+        EXPECT_EQ(explainedMessage(test.workspace, error), error.message()) << "the way out is said once";
+    }
+    EXPECT_EQ(test.editor.content, "m\r\n");
+    EXPECT_EQ(test.workspace.LastDir, test.folder.path());
+    openPascalFileNamed(test.workspace, test.folder.write("N.PAS", "n\r\n"));
+    EXPECT_EQ(test.editor.content, "n\r\n");
+}
+
+TEST(ReadOnlyProgramFolder, OtherFailuresAreNotItsOwn) {
+    TestWorkspace test;
+    const auto is = [&](RuntimeErrorNumber number, const std::string& path) {
+        return isUnwritableProgramFolder(test.workspace, RuntimeError(number, path));
+    };
+    EXPECT_TRUE(is(RuntimeErrorNumber::pathFileAccessError, test.program.path() + "compiler\\turbopc.bat"));
+    EXPECT_FALSE(is(RuntimeErrorNumber::permissionDenied, test.program.path() + "dsk\\d.dsk"));
+    EXPECT_FALSE(is(RuntimeErrorNumber::diskFull, test.program.path() + "config.cfg"));
+    EXPECT_FALSE(is(RuntimeErrorNumber::pathFileAccessError, test.folder.path() + "M.PAS"));
 }
 
 } // namespace

@@ -50,5 +50,18 @@ TEST(ProjectTree, OnlyTheTwoFoldersPicturesFollowFolding) {
     EXPECT_EQ(tree.node(2).image, TreeImage::includeFile);
 }
 
+TEST(ProjectTree, KnowsWhatLiesBelowANode) {
+    ProjectTree tree;
+    tree.add(0, "r", "Root", TreeImage::collapsed);
+    tree.add(1, "m", "M.PAS", TreeImage::collapsed);
+    tree.add(2, "a", "A.INC", TreeImage::includeFile);
+    tree.add(3, "b", "B.INC", TreeImage::includeFile);
+    EXPECT_TRUE(tree.isBelow(4, 2));
+    EXPECT_TRUE(tree.isBelow(2, 1));
+    EXPECT_FALSE(tree.isBelow(2, 2));
+    EXPECT_FALSE(tree.isBelow(2, 4));
+    EXPECT_FALSE(tree.isBelow(0, 1)) << "nothing is selected";
+}
+
 } // namespace
 } // namespace tavrel
