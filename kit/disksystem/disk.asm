@@ -29,6 +29,8 @@
         include files.asm
         include transfer.asm
         include records.asm
+        include file_length.asm
+        include absolute.asm
         include devices.asm
         include clock.asm
         include errors.asm
