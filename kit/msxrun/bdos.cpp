@@ -121,9 +121,9 @@ std::tm Bdos::now() const {
 
 void Bdos::setNow(std::tm wanted) {
     wanted.tm_isdst = -1;
-    const std::time_t moment = std::mktime(&wanted);
-    clockOffset_ = std::chrono::duration_cast<std::chrono::seconds>(
-        std::chrono::system_clock::from_time_t(moment) - std::chrono::system_clock::now());
+    // Whole seconds of both: a part of one would put the clock a second back.
+    const std::time_t present = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    clockOffset_ = std::chrono::seconds(std::mktime(&wanted) - present);
 }
 
 BdosAnswer Bdos::date() const {
