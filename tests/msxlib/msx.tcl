@@ -1,4 +1,5 @@
-# Runs an MSX-DOS program on an emulated MSX2 that has no disk, and writes down what it left behind. From the environment:
+# Runs an MSX-DOS program on an emulated MSX2 and writes down what it left behind. The machine has no disk; with TAVREL_BOOT=disk
+# it has one that starts the program. From the environment:
 #   TAVREL_PROGRAM  .COM file                      TAVREL_DOS      dos.asm, assembled
 #   TAVREL_FOLDER   folder with the files that the program reads
 #   TAVREL_SECONDS  how long it runs at most, in seconds of the MSX; 20 when this is empty
@@ -140,7 +141,8 @@ proc mouse_read {} {
     set ::nibbles [lrange $::nibbles 1 end]
 }
 
-proc run {} {
+# Puts the program into memory, the stand-in for MSX-DOS around it, and starts it.
+proc load_without_disk {} {
     # RAM in every page: slot 3-2 of this machine.
     debug write ioports 0xA8 0xFF
     debug write memory 0xFFFF 0xAA
@@ -148,7 +150,6 @@ proc run {} {
     debug write_block memory 0 [string repeat "\0" 256]
     debug write_block memory 0xE000 $dos
     debug write_block memory 0x100 [contents $::env(TAVREL_PROGRAM)]
-    set ::VDP.too_fast_vram_access_callback count_too_fast
     put_jump 0 0
     put_jump 5 0xD606
     put_jump 0xD606 0xE000
@@ -161,6 +162,27 @@ proc run {} {
     debug set_bp 0 {} { guarded { finish ended } }
     debug set_bp 0xE00C {} { guarded file_call }
     debug set_bp 0xE000 {[reg C] == 2 || [reg C] == 6 && [reg E] < 255} { append ::text [format %c [reg E]] }
+    observe
+}
+
+# The disk ROM has started the program: it is at its first instruction. Only the time of day is told from here, always the
+# same, as without a disk.
+proc started_from_disk {} {
+    if {$::started || [pc_in_slot 0 0]} return
+    set ::started 1
+    debug set_bp 0 {![pc_in_slot 0 0]} { guarded { finish ended } }
+    debug set_bp 0x00A2 {[pc_in_slot 0 0]} { append ::text [format %c [reg A]] }
+    debug set_bp 5 {[reg C] == 44 && ![pc_in_slot 0 0]} {
+        reg HL 0x0C1E
+        reg DE 0x0F32
+        reg PC [word [reg SP]]
+        reg SP [expr {[reg SP] + 2}]
+    }
+    observe
+}
+
+proc observe {} {
+    set ::VDP.too_fast_vram_access_callback count_too_fast
     debug set_watchpoint write_io 0x2F {} { append ::times "$::wp_last_value [machine_info time]\n" }
     debug set_watchpoint write_io 0xA0 {} { set ::psg_register $::wp_last_value }
     debug set_watchpoint write_io 0xA1 {} { append ::sound "$::psg_register $::wp_last_value [machine_info time]\n" }
@@ -170,7 +192,7 @@ proc run {} {
         debug set_bp [expr {0x100 + $place + 2}] {} { guarded mouse_read }
     }
     set seconds $::env(TAVREL_SECONDS)
-    if {$seconds eq ""} { set seconds 20 }
+    if {$seconds eq ""} { set seconds [expr {$::started ? 60 : 20}] }   ;# real files take their time
     after time $seconds { guarded { finish stopped } }
     foreach {time command} $::env(TAVREL_SCRIPT) { after time $time $command }
 }
@@ -205,4 +227,10 @@ proc write_results {how} {
     take_picture $::env(TAVREL_SHOT) exit
 }
 
-after time 3 { guarded { run } }
+set started 0
+if {[info exists env(TAVREL_BOOT)] && $env(TAVREL_BOOT) eq "disk"} {
+    debug set_bp 0x0100 {} { guarded started_from_disk }
+    after time 30 { if {!$::started} { guarded { error "the disk did not start the program" } } }
+} else {
+    after time 3 { guarded load_without_disk }
+}

@@ -9,7 +9,7 @@ set -u
 root=$(cd "$(dirname "$0")/../.." && pwd)
 here=$root/tests/msxlib
 share=$root/share/program
-work=$root/out/msxlib
+work=$root/out/msxlib${TAVREL_BOOT:+-$TAVREL_BOOT}
 filter=${1:-}
 export LC_ALL=C.UTF-8 MAGICK_THREAD_LIMIT=1
 source "$here/msx.sh"
