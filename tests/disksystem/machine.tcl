@@ -150,7 +150,7 @@ proc keyboard {waits} {
             if {$::keys ne ""} {
                 put_key [scan $::keys %c]
                 set ::keys [string range $::keys 1 end]
-            } elseif {$waits || $::function ni {6 11} || !$::ended_keys} {
+            } elseif {$waits || $::function != 11 || !$::ended_keys} {
                 set ::ended_keys 1
                 put_key 26
             }
