@@ -240,7 +240,7 @@ void sinkStackCheck(Function& function) {
             check = &ir;
         }
     }
-    if (check == nullptr) {
+    if (check == nullptr || function.checksStackAtOnce) {
         return;
     }
     std::vector<bool> callsOn(function.blocks.size()); // it or a block behind it makes such a call

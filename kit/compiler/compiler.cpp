@@ -180,7 +180,11 @@ CompileResult compile(Host& host, const CompileOptions& options) {
         survey.variables = parser.variableFacts();
         hiddenVariables = parser.hiddenVariables();
         survey.chains = parser.chains();
-        survey.handsOutRoutines = parser.handsOutRoutines();
+        survey.handsOutRoutines = !parser.handedOut().empty();
+        survey.routines.resize(parser.callees().size());
+        for (const std::uint16_t routine : parser.handedOut()) {
+            survey.routines[routine].checksStack = true; // what the library has on the stack comes on top
+        }
         analyseCalls(parser.callees(), survey.routines);
     }
     parserOptions.pass = 2;

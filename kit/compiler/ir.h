@@ -115,7 +115,9 @@ enum class IrOp : std::uint8_t {
     runtimeText,    ///< library entry that is followed by n bytes of text from `firstArgument` in
                     ///< Function::bytes
     parameters,     ///< start of a routine: its register arguments become values (the arguments' operands)
-    stackCheck,     ///< run-time error FF when the stack has come near the heap
+    stackCheck,     ///< run-time error FF when stack and heap would meet by what this activation takes: n
+                    ///< bytes of frame and what it saves around calls
+    stackProbe,     ///< run-time error FF when the stack has no room for n more bytes
     frameEnter, ///< makes a frame of n bytes and points dst (a variable) to it, the old content being kept
     frameLeave,
     stackAllocate, ///< dst := address of n fresh bytes on the stack
@@ -216,6 +218,7 @@ struct Function {
     /// Relocations inside inline code: offset in `bytes` of a word to which an address is added.
     std::vector<z80::Fixup> byteFixups;
     bool recursive = false;
+    bool checksStackAtOnce = false; ///< looks at the stack at its beginning, wherever it calls on
     bool isMain = false;
     bool libraryCallsBack = false; ///< a routine of the program may be a driver that the library calls
 };

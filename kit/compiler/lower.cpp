@@ -7,6 +7,7 @@ Lowering::Lowering(Storage& storage, const Routine& routine)
     function_.isMain = routine.level == 0;
     function_.libraryCallsBack = storage.survey().handsOutRoutines;
     function_.recursive = storage.survey().routines[routine.ordinal].recursive;
+    function_.checksStackAtOnce = !function_.isMain && storage.survey().routines[routine.ordinal].checksStack;
 }
 
 Function Lowering::run(const Stmt* body) {
@@ -62,8 +63,10 @@ void Lowering::enterRoutine() {
         arrived.push_back(argument.operand);
     }
     ir.argumentCount = static_cast<std::uint8_t>(function_.arguments.size() - ir.firstArgument);
-    if (function_.recursive) {
+    if (function_.recursive || function_.checksStackAtOnce) {
         b_.emit(IrOp::stackCheck);
+    }
+    if (function_.recursive) {
         frameEnterAt_ = static_cast<std::uint32_t>(function_.code.size());
         b_.emit(IrOp::frameEnter).dst = Operand::value(frameOf(routine_));
     }
@@ -105,6 +108,7 @@ void Lowering::leaveRoutine() {
         Ir& enter = function_.code[frameEnterAt_];
         enter.n = size;
         enter.dead = size == 0;
+        function_.code[frameEnterAt_ - 1U].n = size;
         if (size != 0) {
             Ir& leave = b_.emit(IrOp::frameLeave);
             leave.n = size;

@@ -2,6 +2,33 @@
 
 namespace tp3 {
 
+namespace {
+
+/// Bytes that the arguments of an external routine take on the stack, at most.
+std::uint16_t externalSize(const Routine& callee) {
+    unsigned bytes = 0;
+    for (const Symbol* p = callee.parameters; p != nullptr; p = p->next) {
+        const TypeKind kind = p->storage == StorageKind::varParameter ? TypeKind::integer : p->type->kind;
+        switch (kind) {
+        case TypeKind::string:
+            bytes += p->type->size;
+            break;
+        case TypeKind::set:
+            bytes += 32;
+            break;
+        case TypeKind::real:
+            bytes += 6;
+            break;
+        default:
+            bytes += 2;
+            break;
+        }
+    }
+    return static_cast<std::uint16_t>(bytes);
+}
+
+} // namespace
+
 /// Calls a routine of the program. A structured result goes to `resultAddress`, or to the stack when that is
 /// none; then its address is what comes back.
 Operand Lowering::call(const Expr* e, Operand resultAddress) {
@@ -108,6 +135,9 @@ Operand Lowering::externalCall(const Expr* e, const Routine& callee) {
             value = addressOfDesignator(argument);
         }
         values.push_back(freeze(value, Width::word));
+    }
+    if (const std::uint16_t pushed = externalSize(callee); pushed > sizeof(std::uint16_t)) {
+        b_.emit(IrOp::stackProbe).n = pushed;
     }
     std::size_t index = 0;
     for (const Symbol* p = callee.parameters; p != nullptr && index < values.size(); p = p->next, ++index) {

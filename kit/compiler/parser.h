@@ -64,8 +64,8 @@ class Parser {
     [[nodiscard]] const std::vector<VariableFacts>& variableFacts() const;
     /// Whether the program hands its variables on to another one.
     [[nodiscard]] bool chains() const;
-    /// Whether the program takes the address of a routine.
-    [[nodiscard]] bool handsOutRoutines() const;
+    /// Ordinals of the routines whose address the program takes.
+    [[nodiscard]] const std::vector<std::uint16_t>& handedOut() const;
     /// callees()[r] = ordinals of the routines that routine r calls, each once.
     [[nodiscard]] const std::vector<std::vector<std::uint16_t>>& callees() const;
     /// How many variables of its own the parser made for the statements of each routine, by ordinal.

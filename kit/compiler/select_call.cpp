@@ -1,5 +1,7 @@
 #include "selector.h"
 
+#include <algorithm>
+
 namespace tp3 {
 
 using z80::bit;
@@ -166,6 +168,7 @@ std::vector<Selector::Saved> Selector::pushLive() {
         }
         done[id] = true;
     }
+    savedMost_ = std::max(savedMost_, 2 * saved.size());
     return saved;
 }
 

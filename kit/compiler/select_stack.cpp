@@ -8,6 +8,7 @@ using z80::low;
 /// Room on the stack and frames; all of them work through HL.
 void Selector::stackOperation(Ir& ir) {
     const unsigned n = ir.n;
+    const auto negative = [&](unsigned by) { emit(Op::ldPairN, code(Pair::hl), 0, 0x10000U - by); };
     const auto moveStack = [&](unsigned by) {
         emit(Op::ldPairN, code(Pair::hl), 0, by & 0xFFFFU);
         emit(Op::addHl, code(Pair::sp));
@@ -24,13 +25,24 @@ void Selector::stackOperation(Ir& ir) {
     makeFree(Pair::hl);
     switch (ir.op) {
     case IrOp::stackAllocate:
-        moveStack(0x10000U - n);
+        negative(n);
+        libraryCall(RuntimeEntry::stackReserve);
         define(ir.dst, Pair::hl);
+        break;
+    case IrOp::stackProbe:
+        negative(n);
+        libraryCall(RuntimeEntry::stackProbe);
         break;
     case IrOp::stackFree:
         moveStack(n);
         break;
     case IrOp::stackCheck: {
+        stackCheckAt_ = result_.code.size();
+        if (n != 0) {
+            negative(n);
+            libraryCall(RuntimeEntry::stackProbe);
+            break;
+        }
         const std::uint16_t enough = newLabel();
         emit(Op::ldPairMem, code(Pair::hl), 0,
              runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stackLimit)]);
@@ -57,6 +69,26 @@ void Selector::stackOperation(Ir& ir) {
         break;
     default:
         break;
+    }
+}
+
+/// How much a routine saves around its calls is known when all of them are selected: the check at its start
+/// then asks for that too. A few words fit into the margin that the library keeps.
+void Selector::finishStackCheck() {
+    constexpr std::size_t fewBytes = 16;
+    if (!stackCheckAt_ || savedMost_ <= fewBytes) {
+        return;
+    }
+    const auto at = result_.code.begin() + static_cast<std::ptrdiff_t>(*stackCheckAt_);
+    const bool plain = at->op == Op::ldPairMem;
+    const std::size_t wanted = savedMost_ + (plain ? 0U : 0x10000U - at->n);
+    at->op = Op::ldPairN;
+    at->n = static_cast<std::uint16_t>(0x10000U - wanted);
+    if (plain) { // the look in line becomes a call: ADD HL,SP; JR C; CALL; label
+        at[1].op = Op::call;
+        at[1].x = 0;
+        at[1].n = runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::stackProbe)];
+        result_.code.erase(at + 2, at + 5);
     }
 }
 

@@ -22,6 +22,7 @@ Selector::Result Selector::run() {
     for (layoutIndex_ = 0; layoutIndex_ < function_.layout.size(); ++layoutIndex_) {
         block(layoutIndex_);
     }
+    finishStackCheck();
     for (std::size_t i = 0; i < function_.literals.size(); ++i) {
         const Function::Literal& literal = function_.literals[i];
         label(static_cast<std::uint16_t>(literalBase_ + i));
@@ -147,6 +148,7 @@ void Selector::instruction(Ir& ir) {
     case IrOp::stackAllocate:
     case IrOp::stackFree:
     case IrOp::stackCheck:
+    case IrOp::stackProbe:
     case IrOp::frameEnter:
     case IrOp::frameLeave:
         stackOperation(ir);

@@ -6,6 +6,7 @@
 #include "z80.h"
 #include <runtime_entries.h>
 
+#include <optional>
 #include <vector>
 
 namespace tp3 {
@@ -192,6 +193,7 @@ class Selector {
     void leave(Ir& ir);
     void portAccess(Ir& ir);
     void stackOperation(Ir& ir);
+    void finishStackCheck();
     void externalOperation(Ir& ir);
 
     Function& function_;
@@ -205,6 +207,8 @@ class Selector {
     std::vector<State> entryState_;    ///< by block, for those that take it
     std::vector<std::size_t> layoutPosition_; ///< by block
     std::vector<Saved> borrowed_;
+    std::optional<std::size_t> stackCheckAt_; ///< its first instruction
+    std::size_t savedMost_ = 0;               ///< bytes saved around the call that saves most
     Mask pinned_ = 0;
     Mask locked_ = 0;
     BlockId current_ = noBlock;

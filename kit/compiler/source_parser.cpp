@@ -218,8 +218,8 @@ bool Parser::chains() const {
     return state_->parser.chains;
 }
 
-bool Parser::handsOutRoutines() const {
-    return state_->parser.handsOutRoutines;
+const std::vector<std::uint16_t>& Parser::handedOut() const {
+    return state_->parser.handedOut;
 }
 
 const std::vector<VariableFacts>& Parser::variableFacts() const {

@@ -36,7 +36,7 @@ class SourceParser {
     ErrorState errors;
     std::vector<VariableFacts> variableFacts;
     bool chains = false;
-    bool handsOutRoutines = false;
+    std::vector<std::uint16_t> handedOut; ///< ordinals of the routines whose address is taken
     std::vector<std::vector<std::uint16_t>> callees;
     std::vector<std::uint16_t> hiddenVariables;
     std::uint8_t programOptions = 0;

@@ -204,7 +204,7 @@ Expr* SourceParser::addressOfName(Position position) {
     if (symbol != nullptr && symbol->kind == SymbolKind::routine && !isWithField(token_.name)) {
         advance();
         noteCall(*symbol->routine);
-        handsOutRoutines = true;
+        handedOut.push_back(symbol->routine->ordinal);
         Expr* node = newExpr(ExprKind::routineAddress, &integer_, position);
         node->symbol = symbol;
         return node;

@@ -2,6 +2,8 @@
 
 #include "z80.h"
 
+#include <algorithm>
+
 namespace tp3 {
 
 namespace {
@@ -150,6 +152,7 @@ void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees,
         std::uint16_t next;
     };
     std::vector<std::uint16_t> number(count), lowest(count), open;
+    std::vector<std::uint16_t> levels(count); // of calls below the routine, as far as nothing is checked
     std::vector<bool> isOpen(count);
     std::vector<Visit> visits;
     std::uint16_t counter = 0;
@@ -181,16 +184,27 @@ void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees,
         if (lowest[r] == number[r]) {
             ++components;
             const bool alone = open.back() == r;
-            while (true) {
-                const std::uint16_t member = open.back();
-                open.pop_back();
-                isOpen[member] = false;
-                routines[member].component = components;
-                routines[member].recursive = routines[member].recursive || !alone;
-                if (member == r) {
-                    break;
+            const auto members = std::find(open.begin(), open.end(), r);
+            std::uint16_t below = 0; // the members' own callees are done, so their levels are known
+            for (auto member = members; member != open.end(); ++member) {
+                for (const std::uint16_t callee : callees[*member]) {
+                    if (callee < count && !isOpen[callee]) {
+                        below = std::max(below, levels[callee]);
+                    }
                 }
             }
+            const bool checks = below + 1 >= uncheckedLevels;
+            for (auto member = members; member != open.end(); ++member) {
+                routines[*member].component = components;
+                routines[*member].recursive = routines[*member].recursive || !alone;
+                routines[*member].checksStack = routines[*member].checksStack || checks;
+                levels[*member] =
+                    routines[*member].checksStack ? std::uint16_t{1} : static_cast<std::uint16_t>(below + 1);
+            }
+            for (auto member = members; member != open.end(); ++member) {
+                isOpen[*member] = false;
+            }
+            open.erase(members, open.end());
         }
         visits.pop_back();
         if (!visits.empty() && lowest[r] < lowest[visits.back().routine]) {

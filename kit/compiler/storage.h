@@ -13,6 +13,9 @@ struct Survey {
         bool used = false;           ///< the main program reaches it
         bool recursive = false;      ///< it can run while an activation of it is still alive
         std::uint16_t component = 0; ///< routines that can call each other share a number
+        /// It makes sure of the stack at its beginning, recursive or not: the calls below it are many, or the
+        /// library calls it.
+        bool checksStack = false;
     };
     std::vector<RoutineFacts> routines;
     std::vector<VariableFacts> variables;
@@ -20,8 +23,12 @@ struct Survey {
     bool handsOutRoutines = false; ///< a routine's address is taken: the library may call it as a driver
 };
 
-/// Fills in who is used and who is recursive from the calls (callees[r] = routines that r calls; 0 = main
-/// program).
+/// Levels of calls without a look at the stack. Each takes a return address of the margin that the library
+/// keeps between stack and heap.
+constexpr std::uint16_t uncheckedLevels = 16;
+
+/// Fills in who is used, who is recursive and who looks at the stack from the calls (callees[r] = routines
+/// that r calls; 0 = main program).
 void analyseCalls(const std::vector<std::vector<std::uint16_t>>& callees,
                   std::vector<Survey::RoutineFacts>& routines);
 

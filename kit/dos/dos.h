@@ -8,8 +8,9 @@
 // message (exit code 250), and so does memory that runs out, unless setOutOfMemoryHandler() says otherwise.
 // There is no need to free anything before the end. Global objects are constructed; they are never destroyed.
 //
-// Limits: code, data, heap and stack share the conventional memory (about 630 kB under DOSBox); the stack has
-// stackSize bytes. File names have eight and three characters.
+// Limits: code, data and stack lie in conventional memory (about 630 kB under DOSBox); the heap lies there
+// too unless the machine has more memory above 1 MB, by XMS or INT 15h. The stack has stackSize bytes. File
+// names have eight and three characters.
 #pragma once
 
 #include <cstddef>
@@ -106,7 +107,7 @@ Error remove(std::string_view name);
 /// Renames a file within its drive; fails when the new name is taken.
 Error rename(std::string_view from, std::string_view to);
 
-/// Bytes of memory between the program's data and its stack, used or not.
+/// Bytes of the heap, used or not.
 std::size_t memorySize();
 /// Bytes that are not handed out.
 std::size_t memoryFree();

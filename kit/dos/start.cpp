@@ -6,10 +6,14 @@
 #include <algorithm>
 #include <array>
 
-// The stub jumps to the image's first byte with the transfer buffer's address in EAX.
+// The stub jumps to the image's first byte with the transfer buffer's address in EAX, that of the extended
+// memory in EBX, its kB in ECX and linear address 0 in EDX.
 asm(".section .entry, \"xr\"\n"
     ".globl _imageEntry\n"
     "_imageEntry:\n"
+    "    pushl %edx\n"
+    "    pushl %ecx\n"
+    "    pushl %ebx\n"
     "    pushl %eax\n"
     "    call _dosStart\n"
     ".text\n");
@@ -20,7 +24,8 @@ extern Constructor constructorsStart[];
 extern Constructor constructorsEnd[];
 extern char zeroedStart[];
 extern char imageEnd[];
-[[noreturn]] void dosStart(char* transfer);
+[[noreturn]] void dosStart(char* transfer, char* extended, std::size_t extendedKilobytes,
+                           const volatile std::uint32_t* zero);
 }
 
 namespace dos {
@@ -59,6 +64,33 @@ void callDos(Registers& registers) {
     Registers registers{.eax = 0x4C00U | (static_cast<std::uint32_t>(code) & 0xFFU)};
     for (;;) {
         callDos(registers);
+    }
+}
+
+/// The memory at 1 MB is not the memory at 0: a closed A20 gate would make them one.
+bool gateIsOpen(const volatile std::uint32_t* zero) {
+    constexpr std::uintptr_t megabyte = 1024 * 1024;
+    volatile std::uint32_t& high =
+        *reinterpret_cast<volatile std::uint32_t*>(reinterpret_cast<std::uintptr_t>(zero) + megabyte);
+    const std::uint32_t before = *zero;
+    const std::uint32_t kept = high;
+    high = ~before;
+    const bool open = *zero == before && high == ~before;
+    high = kept;
+    return open;
+}
+
+/// The heap lies in extended memory when that is the larger one.
+void makeHeap(char* extended, std::size_t extendedKilobytes, std::size_t conventional,
+              const volatile std::uint32_t* zero) {
+    constexpr std::size_t kilobyte = 1024;
+    const std::size_t bytes = extendedKilobytes * kilobyte;
+    if (bytes > conventional && gateIsOpen(zero)) {
+        state.heapSize = bytes;
+        state.heap.initialize(extended, bytes);
+    } else {
+        state.heapSize = conventional;
+        state.heap.initialize(imageEnd, conventional);
     }
 }
 
@@ -135,7 +167,8 @@ Heap& programHeap() {
 
 } // namespace dos
 
-void dosStart(char* transfer) {
+void dosStart(char* transfer, char* extended, std::size_t extendedKilobytes,
+              const volatile std::uint32_t* zero) {
     using namespace dos;
     char* const stackBottom = transfer - stackSize;
     // Without room, zeroing the data could already run into the stack.
@@ -151,8 +184,7 @@ void dosStart(char* transfer) {
         fail("Not enough memory to start", exitTooLittleMemory);
     }
     keepCommandLine();
-    state.heapSize = static_cast<std::size_t>(stackBottom - imageEnd);
-    state.heap.initialize(imageEnd, state.heapSize);
+    makeHeap(extended, extendedKilobytes, static_cast<std::size_t>(stackBottom - imageEnd), zero);
     for (Constructor* constructor = constructorsEnd; constructor != constructorsStart;) {
         (*--constructor)();
     }

@@ -4,11 +4,14 @@
 ; that the image is linked at 0 and needs no relocation, and jumps to its first byte. A far call to 18h:0
 ; goes back to real mode for one INT 21h. Interrupts are off in protected mode.
 ;
-; Memory, from the load address up: this stub, the image with its zeroed data, the heap, the stack, the
-; transfer buffer through which INT 21h gets and gives its data.
+; Memory, from the load address up: this stub, the image with its zeroed data, free memory, the stack, the
+; transfer buffer through which INT 21h gets and gives its data. Memory above 1 MB is taken where there is
+; some: the largest block of XMS, or what INT 15h tells of; it is given back at the end.
 ;
 ; At the image's first instruction EAX holds the image address of the transfer buffer, which is the top of
-; the stack too; the buffer holds the 128 bytes of the command tail, its length first.
+; the stack too; the buffer holds the 128 bytes of the command tail, its length first. EBX holds the image
+; address of the extended memory and ECX its size in kB, 0 when there is none. EDX is what linear address 0
+; is in the image.
 ;
 ; nasm -f bin -DIMAGE='"file"' -DTRANSFER_SIZE=bytes stub.asm -o NAME.EXE
 
@@ -84,6 +87,10 @@ in_real_mode:
         mov     ss, ax
         mov     sp, real_stack_top
         lidt    [real_idt]
+        cmp     byte [record + 1], 4Ch
+        jne     .goes_on
+        call    release_extended
+.goes_on:
         cmp     byte [failed], 0
         jne     report_exception
         mov     es, [transfer_segment]
@@ -157,6 +164,7 @@ exception:
 
 bits 16
 report_exception:
+        call    release_extended
         sti
         mov     dx, exception_text
         mov     cx, exception_text_end - exception_text
@@ -215,10 +223,12 @@ entry:
         add     [gdt_register + 2], ecx
         add     [protected_idt + 2], ecx
         add     ecx, image - stub_start
+        mov     [image_base], ecx
         mov     di, image_code_descriptor
         call    set_base
         mov     di, image_data_descriptor
         call    set_base
+        call    find_extended
         cli
         lgdt    [gdt_register]
         lidt    [protected_idt]
@@ -226,6 +236,76 @@ entry:
         or      al, 1
         mov     cr0, eax
         jmp     dword STUB_CODE:start_image
+
+; Takes the memory above 1 MB: its linear address and its kB, which stay 0 when there is none. A20 is opened
+; for as long as the program runs.
+find_extended:
+        mov     ax, 4300h
+        int     2Fh
+        cmp     al, 80h
+        jne     .no_xms
+        mov     ax, 4310h
+        int     2Fh
+        mov     [xms_entry], bx
+        mov     [xms_entry + 2], es
+        mov     ah, 08h                 ; the largest free block
+        call    far [xms_entry]
+        test    ax, ax
+        jz      .none
+        mov     [extended_size], ax
+        mov     dx, ax
+        mov     ah, 09h                 ; is ours now
+        call    far [xms_entry]
+        cmp     ax, 1
+        jne     .forget
+        mov     [xms_handle], dx
+        mov     byte [xms_taken], 1
+        mov     ah, 05h                 ; A20
+        call    far [xms_entry]
+        cmp     ax, 1
+        jne     .give_back
+        mov     dx, [xms_handle]
+        mov     ah, 0Ch                 ; lock: it stays where it is
+        call    far [xms_entry]
+        cmp     ax, 1
+        jne     .give_back
+        mov     [extended_base], bx
+        mov     [extended_base + 2], dx
+        ret
+.no_xms:
+        mov     ah, 88h
+        stc                             ; a BIOS that does not know the call may leave the flag alone
+        int     15h
+        jc      .none
+        test    ax, ax
+        jz      .none
+        mov     [extended_size], ax
+        mov     dword [extended_base], 100000h
+        mov     ax, 2401h               ; A20; the image looks whether it is open
+        int     15h
+        ret
+.give_back:
+        call    release_extended
+.forget:
+        mov     word [extended_size], 0
+.none:
+        ret
+
+; Gives the XMS block back. Interrupts may be on or off; changes AX, BX, DX.
+release_extended:
+        cmp     byte [xms_taken], 0
+        je      .done
+        mov     byte [xms_taken], 0
+        mov     dx, [xms_handle]
+        mov     ah, 0Dh                 ; unlock
+        call    far [xms_entry]
+        mov     dx, [xms_handle]
+        mov     ah, 0Ah                 ; free
+        call    far [xms_entry]
+        mov     ah, 06h                 ; A20 as it was
+        call    far [xms_entry]
+.done:
+        ret
 
 ; Puts the base ECX, which lies below 1 MB, into the descriptor at DI.
 set_base:
@@ -247,6 +327,15 @@ start_image:
         mov     gs, edx
         mov     ss, edx
         mov     esp, eax
+        mov     edi, STUB_DATA
+        mov     es, edi
+        xor     edx, edx
+        sub     edx, [es:image_base]
+        mov     ebx, [es:extended_base]
+        add     ebx, edx
+        mov     ecx, [es:extended_size]
+        mov     edi, ds
+        mov     es, edi
         jmp     IMAGE_CODE:0
 
         align   8
@@ -288,6 +377,12 @@ image_esp:              dd 0
 record_address:         dd 0
 record:                 times REGISTER_COUNT dd 0
 transfer_offset:        dd 0
+image_base:             dd 0            ; linear
+extended_base:          dd 0            ; linear
+extended_size:          dd 0            ; kB
+xms_entry:              dd 0
+xms_handle:             dw 0
+xms_taken:              db 0
 transfer_segment:       dw 0
 failed:                 db 0
 

@@ -1,6 +1,10 @@
 ; End of a program and the reports of run-time errors, I/O errors and user breaks.
 
-stackMargin     equ 128         ; bytes that must stay free between heap and stack
+; Bytes that must stay free between heap and stack when a program makes sure of its stack. It may take from them without
+; asking again: sixteen return addresses (32 bytes), eight words saved around a call (16), one entry of this library (the
+; deepest takes 26, measured) with the BDOS's first steps on the caller's stack, and an interrupt at the worst moment,
+; which saves all registers and goes through the slots and hooks (112).
+stackMargin     equ 192
 
 ; halt: jumped to; ends the program: closes the open files. Console output is not buffered and the screen's state was not
 ; changed. Nothing in or out; never comes back. 70 T, and 1500 T for each file that is still open.

@@ -3,8 +3,9 @@
 ; block has room for the two words. Neighbours are merged, and a free block at the top gives its memory back to the top.
 
 heapUnit        equ 4
-; What MemAvail leaves out besides stackMargin, so that GetMem(p, MemAvail) still finds its place on the stack.
-heapReserve     equ 32
+; What MemAvail leaves out besides stackMargin: GetMem's own place on the stack, and that a program that has taken
+; MaxAvail bytes may still join strings in its statements, which takes 256 bytes for each intermediate result.
+heapReserve     equ 32 + 2 * 256
 
 ; heapAllocate: New, GetMem. In: HL = size. Out: HL = address: the first free block that is large enough, its end, or the
 ; heap's top. Run-time error FF when there is no room. Destroys AF, BC, DE. 330 T at the top with no free blocks; 99 T for
@@ -95,6 +96,38 @@ setHeapTop:
         add     hl,sp
         ccf
         ret
+
+; stackProbe: In: HL = -n. Run-time error FF at the caller unless the stack has room for n bytes. Destroys HL, F. 74 T.
+@stackProbe:
+        add     hl,sp
+        jr      nc,_full                ; not even memory has
+        push    de
+        ex      de,hl
+        ld      hl,(@stackLimit)
+        add     hl,de
+        pop     de
+        ret     c
+_full:
+        jp      @stackError
+
+; stackReserve: In: HL = -n. Takes n bytes off the stack; run-time error FF at the caller when it has no room for them. SP
+; moves only when it has, as an interrupt may come at any time. Out: HL = SP = their address. Destroys F, IX. 102 T.
+@stackReserve:
+        pop     ix
+        add     hl,sp
+        jr      nc,_full
+        push    de
+        ex      de,hl
+        ld      hl,(@stackLimit)
+        add     hl,de
+        ex      de,hl
+        pop     de
+        jr      nc,_full
+        ld      sp,hl
+        jp      (ix)
+_full:
+        push    ix
+        jp      @stackError
 
 ; heapFree: Dispose, FreeMem. In: HL = address, DE = size. Nothing for nil. Destroys AF, BC, DE, HL.
 ; 560 T + 80 T a free block below; 480 T + 130 T a free block more when the last one goes back to the top.

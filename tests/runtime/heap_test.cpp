@@ -12,8 +12,8 @@ using tp3::RuntimeEntry;
 
 namespace {
 
-constexpr unsigned margin = 128;
-constexpr unsigned reserve = 32;
+constexpr unsigned margin = 192;
+constexpr unsigned reserve = 544;
 
 unsigned rounded(unsigned size) {
     return size == 0 ? 4 : (size + 3) / 4 * 4;

@@ -151,6 +151,9 @@ Registers LibraryMachine::call(tp3::RuntimeEntry entry, const Registers& in, uns
         z80ex_set_reg(cpu, others.at(index), before.at(index));
     }
     runTo(static_cast<std::uint16_t>(callSite + 3 + skipped));
+    if (stackDepth_ > deepestCall) {
+        throw std::runtime_error("the entry takes more of the stack than the margin allows for");
+    }
     otherRegistersKept = true;
     for (std::size_t index = 0; index < others.size(); ++index) {
         otherRegistersKept = otherRegistersKept && z80ex_get_reg(cpu, others.at(index)) == before.at(index);
@@ -163,10 +166,17 @@ Registers LibraryMachine::call(tp3::RuntimeEntry entry, const Registers& in, uns
             low(af)};
 }
 
+void LibraryMachine::runProgram() {
+    watchesHeap_ = true;
+    constexpr std::uint16_t nowhere = 4; // below the BDOS's entry, where no program goes
+    runTo(nowhere);
+}
+
 void LibraryMachine::runTo(std::uint16_t stopAt) {
     Z80EX_CONTEXT* const cpu = processor_.get();
     tStates = 0;
     ended = false;
+    stackDepth_ = 0;
     while (true) {
         const std::uint16_t pc = z80ex_get_reg(cpu, regPC);
         if (pc == stopAt) {
@@ -182,6 +192,11 @@ void LibraryMachine::runTo(std::uint16_t stopAt) {
         do {
             tStates += static_cast<std::uint64_t>(z80ex_step(cpu));
         } while (z80ex_last_op_type(cpu) != 0);
+        stackDepth_ = std::max(stackDepth_, stackPointer - int{z80ex_get_reg(cpu, regSP)});
+        if (watchesHeap_) {
+            leastGap = std::min(leastGap, int{z80ex_get_reg(cpu, regSP)} -
+                                              int{word(address(tp3::RuntimeEntry::heapPtr))});
+        }
         if (tStates > patience) {
             throw std::runtime_error("the routine does not come back");
         }

@@ -56,6 +56,15 @@ class LibraryMachine {
     LibraryMachine(const LibraryMachine&) = delete;
     LibraryMachine& operator=(const LibraryMachine&) = delete;
 
+    /// Bytes that an entry may take off the stack, the return address included: what the margin between heap
+    /// and stack allows for (stackMargin in the sources). The deepest of them takes 26.
+    static constexpr int deepestCall = 32;
+
+    /// Lets the program that was started run to its end; `leastGap` tells how near its stack came to its
+    /// heap.
+    void runProgram();
+    int leastGap = 0x10000; ///< bytes between the heap's top and the stack pointer at the worst moment
+
     /// Calls an entry. Returns when it comes back to `callSite` + 3 + `skipped`, or when the program has
     /// ended.
     /// @throws std::runtime_error when it does neither, comes back with another stack pointer, or calls a
@@ -109,6 +118,8 @@ class LibraryMachine {
 
     std::array<std::uint8_t, 0x10000> memory_{};
     std::unique_ptr<_z80_cpu_context, ProcessorDeleter> processor_;
+    int stackDepth_ = 0; ///< bytes of the stack that the last call has taken
+    bool watchesHeap_ = false;
     std::uint32_t noise_ = 0x2545F491U;
     std::uint16_t transferAddress_ = 0x80;
 };
