@@ -2,21 +2,28 @@
 
 #include "analysis.h"
 #include "lower.h"
+#include "overlays.h"
 #include "parser.h"
 #include "peephole.h"
 #include "selector.h"
+
+#include <algorithm>
 
 namespace tp3 {
 
 namespace {
 
-/// The first pass wants nothing of the bodies but that they are right.
+/// The first pass wants nothing of the bodies but that they are right, and which routines are overlays.
 class SurveyConsumer : public BodyConsumer {
   public:
-    void enterRoutine(Routine&) override {}
+    explicit SurveyConsumer(Overlays& overlays) : overlays_(overlays) {}
+    void enterRoutine(Routine& routine) override { overlays_.enter(routine); }
     void globalVariable(Symbol&) override {}
     void typedConstant(Symbol&) override {}
     void body(Routine&, Stmt*, Arena::Mark) override {}
+
+  private:
+    Overlays& overlays_;
 };
 
 /// The second pass: code for every routine that the program reaches.
@@ -84,15 +91,15 @@ class CodeConsumer : public BodyConsumer {
     void addCode(std::uint16_t ordinal, const Selector::Result& selected) {
         z80::Encoded code = z80::encode(selected.code, selected.pool, selected.poolFixups, false);
         if (wantsLines_)
-            addLines(code);
+            addLines(ordinal, code);
         image_.addRoutine(ordinal, code);
     }
 
-    void addLines(const z80::Encoded& code) {
+    void addLines(std::uint16_t ordinal, const z80::Encoded& code) {
         Position last;
         for (const z80::LineMark& mark : code.lines) {
             if (mark.position.line != last.line || mark.position.file != last.file) {
-                image_.addLine(mark.offset, mark.position);
+                image_.addLine(ordinal, mark.offset, mark.position);
                 last = mark.position;
             }
         }
@@ -142,55 +149,73 @@ std::uint8_t headerFlags(std::uint8_t options) {
     return static_cast<std::uint8_t>(flags);
 }
 
-void finish(CompileResult& result, CodeConsumer& code, const CompileOptions& options, std::uint8_t flags) {
-    result.dataBottom = code.storage().bottom();
-    if (code.storage().exhausted() || !code.image().finish(result.dataBottom, options.end, flags)) {
-        result.diagnostic.error = Error::outOfMemory;
-        result.diagnostic.position.line = 1;
-        result.diagnostic.position.column = 1;
-        result.diagnostic.file = result.files.empty() ? std::string(options.mainFile) : result.files.front();
-        result.diagnostic.detail = "code and variables do not fit between start and end address";
-        return;
-    }
-    result.image = code.image().takeBytes();
-    result.lines = code.image().lines();
-    result.codeEnd = code.image().address(result.image.size());
-    result.ok = true;
+/// The name that a program's overlay files have before the period, as a directory has it.
+std::string overlayFileName(std::string_view mainFile) {
+    constexpr std::size_t length = 8;
+    std::string name(mainFile.substr(0, std::min(mainFile.find('.'), length)));
+    name.resize(length, ' ');
+    return name;
 }
 
-} // namespace
-
-CompileResult compile(Host& host, const CompileOptions& options) {
-    CompileResult result;
-    Survey survey;
-    ParserOptions parserOptions;
-    parserOptions.mainFile = options.mainFile;
-    std::vector<std::uint16_t> hiddenVariables;
-    {
-        Arena arena;
-        SurveyConsumer consumer;
-        Parser parser(host, arena, parserOptions, consumer);
-        const bool ok = parser.run();
-        result.files = parser.files();
-        result.lineCount = parser.lineCount();
-        if (!ok) {
-            result.diagnostic = parser.diagnostic();
-            return result;
-        }
-        survey.variables = parser.variableFacts();
-        hiddenVariables = parser.hiddenVariables();
-        survey.chains = parser.chains();
-        survey.handsOutRoutines = !parser.handedOut().empty();
-        survey.routines.resize(parser.callees().size());
-        for (const std::uint16_t routine : parser.handedOut()) {
-            survey.routines[routine].checksStack = true; // what the library has on the stack comes on top
-        }
-        analyseCalls(parser.callees(), survey.routines);
+/// Whether code and data fit; the result is complete then.
+bool finish(CompileResult& result, CodeConsumer& code, const CompileOptions& options, std::uint8_t flags) {
+    result.dataBottom = code.storage().bottom();
+    if (code.storage().exhausted() || !code.image().finish(result.dataBottom, options.end, flags)) {
+        return false;
     }
-    parserOptions.pass = 2;
-    parserOptions.hiddenVariables = &hiddenVariables;
+    result.codeEnd = code.image().codeEnd();
+    result.overlayFiles = code.image().takeOverlayFiles();
+    result.image = code.image().takeBytes();
+    result.lines = code.image().lines();
+    result.ok = true;
+    return true;
+}
+
+void reportMemory(CompileResult& result, const CompileOptions& options) {
+    result.diagnostic.error = Error::outOfMemory;
+    result.diagnostic.position.line = 1;
+    result.diagnostic.position.column = 1;
+    result.diagnostic.file = result.files.empty() ? std::string(options.mainFile) : result.files.front();
+    result.diagnostic.detail = "code and variables do not fit between start and end address";
+}
+
+/// The first pass. False after an error, which the result holds.
+bool surveyProgram(Host& host, const CompileOptions& options, ParserOptions parserOptions,
+                   CompileResult& result, Survey& survey, Overlays& overlays,
+                   std::vector<std::uint16_t>& hiddenVariables) {
+    Arena arena;
+    SurveyConsumer consumer(overlays);
+    parserOptions.mainFile = options.mainFile;
+    Parser parser(host, arena, parserOptions, consumer);
+    const bool ok = parser.run();
+    result.files = parser.files();
+    result.lineCount = parser.lineCount();
+    if (!ok) {
+        result.diagnostic = parser.diagnostic();
+        return false;
+    }
+    survey.variables = parser.variableFacts();
+    hiddenVariables = parser.hiddenVariables();
+    survey.chains = parser.chains();
+    survey.handsOutRoutines = !parser.handedOut().empty();
+    survey.routines.resize(parser.callees().size());
+    for (const std::uint16_t routine : parser.handedOut()) {
+        survey.routines[routine].checksStack = true; // what the library has on the stack comes on top
+    }
+    analyseCalls(parser.callees(), survey.routines);
+    overlays.divide(parser.callees(), parser.handedOut());
+    return true;
+}
+
+/// The second pass. False when the program is right but too large.
+bool makeCode(Host& host, const CompileOptions& options, const ParserOptions& parserOptions,
+              const Survey& survey, const Overlays* overlays, CompileResult& result) {
     Arena arena;
     CodeConsumer consumer(survey, options, arena);
+    const std::string fileName = overlayFileName(options.mainFile);
+    if (overlays != nullptr) {
+        consumer.image().useOverlays(*overlays, fileName);
+    }
     Parser parser(host, arena, parserOptions, consumer);
     const bool ok = parser.run();
     if (ok && consumer.failed().line != 0) {
@@ -198,10 +223,42 @@ CompileResult compile(Host& host, const CompileOptions& options) {
     }
     if (!ok || consumer.failed().line != 0) {
         result.diagnostic = parser.diagnostic();
+        return true;
+    }
+    return finish(result, consumer, options, headerFlags(parser.programOptions()));
+}
+
+} // namespace
+
+CompileResult compile(Host& host, const CompileOptions& options) {
+    CompileResult result;
+    Survey survey;
+    Overlays overlays;
+    ParserOptions parserOptions;
+    parserOptions.mainFile = options.mainFile;
+    std::vector<std::uint16_t> hiddenVariables;
+    if (!surveyProgram(host, options, parserOptions, result, survey, overlays, hiddenVariables)) {
         return result;
     }
-    finish(result, consumer, options, headerFlags(parser.programOptions()));
+    parserOptions.pass = 2;
+    parserOptions.hiddenVariables = &hiddenVariables;
+    // Overlays stay in memory when there is room for all of them.
+    if (makeCode(host, options, parserOptions, survey, nullptr, result)) {
+        return result;
+    }
+    const bool mayOverlay = !overlays.units().empty() && overlays.groups() <= mostOverlayGroups;
+    if (!mayOverlay || !makeCode(host, options, parserOptions, survey, &overlays, result)) {
+        reportMemory(result, options);
+    }
     return result;
+}
+
+std::string overlayExtension(std::size_t number) {
+    std::string extension = ".";
+    for (const unsigned power : {100U, 10U, 1U}) {
+        extension += static_cast<char>('0' + number / power % 10);
+    }
+    return extension;
 }
 
 std::string sizeReport(const CompileResult& result, const CompileOptions& options) {

@@ -28,12 +28,18 @@ struct CompileResult {
     bool ok = false;
     Diagnostic diagnostic;           ///< when not ok
     std::vector<std::uint8_t> image; ///< the chain image
-    std::vector<LineEntry> lines;    ///< address to source line, when they were wanted
-    std::vector<std::string> files;  ///< by Position::file
+    /// The files NAME.000, NAME.001, ... when the program is too large for memory without them; an empty one
+    /// is not to be written.
+    std::vector<std::vector<std::uint8_t>> overlayFiles;
+    std::vector<LineEntry> lines;   ///< address to source line, when they were wanted
+    std::vector<std::string> files; ///< by Position::file
     std::uint32_t lineCount = 0;
-    std::uint16_t codeEnd = 0;    ///< first address behind the image
+    std::uint16_t codeEnd = 0;    ///< first address behind the image and the memory for overlays
     std::uint16_t dataBottom = 0; ///< lowest address of variables
 };
+
+/// ".000" and so on: what an overlay file's name ends with.
+std::string overlayExtension(std::size_t number);
 
 /// Compiles one program: a first pass over the source finds errors and who calls whom, a second makes the
 /// code.

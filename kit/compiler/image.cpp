@@ -46,11 +46,21 @@ void Image::addConstant(std::uint16_t ordinal, const char* bytes, std::uint16_t 
     }
 }
 
-void Image::addLine(std::uint16_t offset, Position position) {
+void Image::addLine(std::uint16_t ordinal, std::uint16_t offset, Position position) {
+    if (overlay_.holds(ordinal)) {
+        return; // several routines share the address
+    }
     lines_.push_back({address(bytes_.size() + offset), position});
 }
 
+void Image::useOverlays(const Overlays& overlays, std::string_view fileName) {
+    overlay_.begin(overlays, fileName);
+}
+
 void Image::addRoutine(std::uint16_t ordinal, const z80::Encoded& code) {
+    if (overlay_.add(ordinal, code)) {
+        return;
+    }
     if (bytes_.size() + code.bytes.size() + start_ > 0xFFFFU) {
         tooLarge_ = true;
         return;
@@ -73,13 +83,23 @@ void Image::addRoutine(std::uint16_t ordinal, const z80::Encoded& code) {
 }
 
 bool Image::finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t flags) {
+    overlay_.addStubs(bytes_, start_, [&](std::uint16_t routine, std::uint16_t offset) {
+        at(routines_, routine).offset = offset;
+    });
+    tooLarge_ = tooLarge_ || overlay_.tooLarge() || start_ + bytes_.size() + overlay_.areaBytes() > 0xFFFFU;
+    if (tooLarge_) {
+        return false;
+    }
+    overlay_.resolve(
+        [&](const z80::Fixup& fixup) { return static_cast<std::uint16_t>(start_ + placeOf(fixup)); });
     for (std::size_t i = 0; i < fixups_.size(); ++i) {
         const std::size_t offset = fixupOffsets_[i];
         word(offset, std::uint32_t{wordAt(offset)} + start_ + placeOf(fixups_[i]));
     }
     const auto length = static_cast<std::uint32_t>(bytes_.size());
     constexpr std::uint32_t leastStack = 256; // what the library's deepest entry and a few calls need
-    if (tooLarge_ || start_ + length + leastStack > dataBottom) {
+    const std::uint32_t used = start_ + length + static_cast<std::uint32_t>(overlay_.areaBytes());
+    if (used + leastStack > dataBottom) {
         return false;
     }
     bytes_[0] = 0xC3; // JP to the main program
@@ -88,7 +108,7 @@ bool Image::finish(std::uint16_t dataBottom, std::uint16_t end, std::uint8_t fla
     word(5, length);
     word(7, end);
     word(9, dataBottom);
-    word(11, start_ + length);
+    word(11, used);
     bytes_[13] = flags;
     return true;
 }

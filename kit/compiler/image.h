@@ -1,6 +1,7 @@
 #pragma once
 
 #include "errors.h"
+#include "overlay_code.h"
 #include "z80.h"
 
 #include <cstdint>
@@ -30,8 +31,13 @@ class Image {
     void addConstant(std::uint16_t ordinal, const char* bytes, std::uint16_t size);
     /// Lays down a routine's code.
     void addRoutine(std::uint16_t ordinal, const z80::Encoded& code);
-    /// Marks that the code from `offset` bytes into the routine to be added next belongs to the place.
-    void addLine(std::uint16_t offset, Position position);
+    /// Marks that the code from `offset` bytes into the routine, which is to be added next, belongs to the
+    /// place.
+    void addLine(std::uint16_t ordinal, std::uint16_t offset, Position position);
+
+    /// From now on code of overlay routines goes into files of their own; `overlays` must outlive the image.
+    /// @param fileName eight characters, filled up with blanks
+    void useOverlays(const Overlays& overlays, std::string_view fileName);
 
     /// Fills in the header and all addresses; `dataBottom` is the lowest address of variables, `end` their
     /// upper end. False when code and data do not fit.
@@ -41,6 +47,10 @@ class Image {
     [[nodiscard]] std::vector<std::uint8_t> takeBytes() {
         return static_cast<std::vector<std::uint8_t>&&>(bytes_);
     }
+    /// The overlay files' bytes by the number of the file; empty where there is none.
+    [[nodiscard]] std::vector<std::vector<std::uint8_t>> takeOverlayFiles() { return overlay_.takeFiles(); }
+    /// First address behind code and the memory for overlays.
+    [[nodiscard]] std::uint16_t codeEnd() const { return address(bytes_.size() + overlay_.areaBytes()); }
     [[nodiscard]] const std::vector<LineEntry>& lines() const { return lines_; }
     [[nodiscard]] std::uint16_t address(std::size_t offset) const {
         return static_cast<std::uint16_t>(start_ + offset);
@@ -63,6 +73,7 @@ class Image {
     std::vector<Place> routines_;
     std::vector<Place> constants_;
     std::vector<LineEntry> lines_;
+    OverlayCode overlay_;
     bool tooLarge_ = false;
 };
 

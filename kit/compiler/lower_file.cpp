@@ -70,7 +70,8 @@ bool Lowering::standardFile(const Expr* e) {
         blockTransfer(e, RuntimeEntry::fileBlockWrite);
         return true;
     case StandardRoutine::ovrDrive:
-        evaluate(file, Width::word); // overlays are resident, so that no drive matters
+        b_.copy(Operand::memory(runtimeAddresses[static_cast<std::size_t>(RuntimeEntry::ovrDrive)]),
+                evaluate(file, Width::byte), Width::byte);
         return true;
     default:
         return false;

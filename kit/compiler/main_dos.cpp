@@ -223,6 +223,16 @@ bool writeImage(const std::string& name, const std::vector<std::uint8_t>& image,
     return true;
 }
 
+void cannotWrite(tp3::Error error, const std::string& source, const std::string& file) {
+    tp3::Diagnostic failed;
+    failed.error = error;
+    failed.file = source;
+    failed.position.line = 1;
+    failed.position.column = 1;
+    failed.detail = file + " (the disk is full, or a file or folder of that name is protected)";
+    writeError(failed);
+}
+
 void printReport(const std::string& report) {
     std::string text;
     for (const char c : report) {
@@ -267,15 +277,17 @@ int dosMain() {
         writeError(result.diagnostic);
         return exitCompileError;
     }
-    const std::string output = source.substr(0, source.find('.')) + ".CHN";
+    const std::string stem = source.substr(0, source.find('.'));
+    for (std::size_t number = 0; number < result.overlayFiles.size(); ++number) {
+        const std::string overlay = stem + tp3::overlayExtension(number);
+        if (!result.overlayFiles[number].empty() && !writeImage(overlay, result.overlayFiles[number], true)) {
+            cannotWrite(tp3::Error::overlayFile, source, overlay);
+            return exitCompileError;
+        }
+    }
+    const std::string output = stem + ".CHN";
     if (!writeImage(output, result.image, arguments.chain)) {
-        tp3::Diagnostic failed;
-        failed.error = tp3::Error::outputFile;
-        failed.file = source;
-        failed.position.line = 1;
-        failed.position.column = 1;
-        failed.detail = output + " (the disk is full, or a file or folder of that name is protected)";
-        writeError(failed);
+        cannotWrite(tp3::Error::outputFile, source, output);
         return exitCompileError;
     }
     printReport(tp3::sizeReport(result, arguments.options));

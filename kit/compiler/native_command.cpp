@@ -226,7 +226,7 @@ int find(const Arguments& arguments, const CompileResult& result, Report& report
             best = &entry;
         }
     }
-    if (best == nullptr || *arguments.find >= result.codeEnd) {
+    if (best == nullptr || *arguments.find >= arguments.options.start + result.image.size()) {
         report.errors += "tp3: no code of this program lies at " + addressText(*arguments.find) + "\n";
         return failed;
     }
@@ -287,6 +287,12 @@ int perform(const Arguments& arguments, Report& report) {
                                                      : fs::path(arguments.output);
     const std::string sizes = sizeReport(result, options);
     try {
+        for (std::size_t number = 0; number < result.overlayFiles.size(); ++number) {
+            if (!result.overlayFiles[number].empty()) {
+                const fs::path overlay = source.stem().string() + overlayExtension(number);
+                files::writeWholeFile(output.parent_path() / overlay, result.overlayFiles[number]);
+            }
+        }
         files::writeWholeFile(output, program);
     } catch (const files::FileError& failure) {
         return reportError(arguments, unwritable(name, failure.what()), report);

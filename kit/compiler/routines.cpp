@@ -10,7 +10,7 @@ constexpr std::uint8_t maximumLevel = 100;
 } // namespace
 
 // routineDeclaration = heading ';' ('forward' | 'external' constant | block) ';'
-// Overlays are compiled as resident routines: programs that need them fit, since the code is smaller.
+// Whether overlays stay resident is decided when all code is known (overlays.h).
 void SourceParser::routineDeclaration(bool overlay) {
     const Nesting nesting(*this);
     if (!nesting.ok)
@@ -35,6 +35,7 @@ void SourceParser::routineDeclaration(bool overlay) {
     } else if (at(TokenKind::wordExternal)) {
         externalPart(routine);
     } else {
+        routine.isOverlay = overlay;
         routineBody(routine);
         if (isPassedOver(routine) && !errors.failed()) {
             routine.parameters = nullptr; // nobody calls it

@@ -92,6 +92,7 @@ struct Routine {
     std::uint8_t level = 0;    ///< 0 the main program
     bool isForward = false;    ///< heading seen, body still to come
     bool isExternal = false;
+    bool isOverlay = false; ///< declared with the word
     std::uint16_t externalAddress = 0;
     Symbol* parameters = nullptr; ///< linked by next
     std::uint8_t parameterCount = 0;

@@ -278,7 +278,7 @@ enum class StandardRoutine : std::uint8_t {
     fileBlockWrite, ///< the same
     selectStandardOutput, ///< () ends selectOutput
     selectStandardInput,  ///< () ends selectInput
-    ovrDrive,             ///< (integer) has no effect: overlays are resident
+    ovrDrive,             ///< (integer): the drive of the overlay files
     last = ovrDrive,
 };
 

@@ -83,6 +83,112 @@ _noImage:
         ld      a,ioNotFound
         jp      failFile
 
+; overlayEnter: called by the stub of an overlay routine: goes on in the routine with all of its arguments, and in its
+; caller when that ends. Behind the call stand the routine's address, the address of its group's record, the place of its
+; code in the file (3 bytes) and the code's length. The record: which unit is loaded (the address of the place in its stub),
+; where units are loaded to, the file's name (11 bytes). Run-time error F0 without file, F1 when it is too short, both at
+; the call of the stub. Destroys nothing when the unit is there (213 T), IX, IY and the alternate registers when it is loaded.
+@overlayEnter:
+        ex      (sp),hl
+        push    af
+        push    bc
+        push    de
+        ld      c,(hl)
+        inc     hl
+        ld      b,(hl)                  ; BC = the routine
+        inc     hl
+        ld      e,(hl)
+        inc     hl
+        ld      d,(hl)                  ; DE = the record
+        inc     hl                      ; HL = place and length
+        push    bc
+        ld      a,(de)
+        cp      l
+        jr      nz,_load
+        inc     de
+        ld      a,(de)
+        cp      h
+        jr      nz,_loadHigh
+_enter:
+        pop     hl
+        pop     de
+        pop     bc
+        pop     af
+        ex      (sp),hl
+        ret
+_loadHigh:
+        dec     de
+_load:
+        push    hl
+        push    de
+        ; No unit is there should the loading fail.
+        xor     a
+        ld      (de),a
+        inc     de
+        ld      (de),a
+        ld      hl,overlayBlock + 1
+        ld      de,overlayBlock + 2
+        ld      bc,36 - 1
+        ld      (hl),a
+        ldir
+        ld      a,(@ovrDrive)
+        ld      (overlayBlock),a
+        pop     hl
+        push    hl
+        inc     hl
+        inc     hl
+        ld      e,(hl)
+        inc     hl
+        ld      d,(hl)                  ; where to
+        inc     hl
+        push    de
+        ld      de,overlayBlock + 1
+        ld      bc,11
+        ldir
+        ld      de,overlayBlock
+        ld      c,0Fh
+        call    bdosCall
+        or      a
+        ld      a,0F0h
+        jr      nz,_fail
+        pop     de
+        push    de
+        ld      c,1Ah
+        call    bdosCall
+        pop     bc
+        pop     de                      ; the record
+        pop     hl                      ; place and length
+        push    hl
+        push    de
+        push    bc
+        ld      de,overlayBlock + blockRandom
+        ld      bc,3
+        ldir
+        ld      e,(hl)
+        inc     hl
+        ld      d,(hl)
+        ex      de,hl
+        ld      a,1
+        ld      (overlayBlock + blockRecord),a
+        ld      de,overlayBlock
+        ld      c,27h
+        call    bdosCall
+        or      a
+        ld      a,0F1h
+        jr      nz,_fail
+        pop     bc
+        pop     hl
+        pop     de
+        ld      (hl),e
+        inc     hl
+        ld      (hl),d
+        jr      _enter
+_fail:
+        ld      hl,16                   ; what was pushed here; the caller's return address is on top then
+        add     hl,sp
+        ld      sp,hl
+        jp      @runError
+
 ; execute: In: HL = file: loads the program to 0100h and runs it. What loads it lies at the top of the memory then.
 ; Comes back only with an I/O result; destroys all then. 6000 T, and 4000 T for each file that is still open.
 @execute:

@@ -54,6 +54,7 @@ keptKey:                defs 1  ; key that userBreakPoll has found, or 0
 openFiles:              defs 2  ; the first open disk file
 wholeCount:             defs 2  ; digits before the point; the high byte stays 0
 delayPass:              defs 2  ; time of a pass of Delay's loop in 1/65536 ms; 0: not measured
+@ovrDrive:              defs 1
 clearedVariablesEnd:
 
 currentFile:            defs 2
@@ -92,6 +93,7 @@ fractionPad:            defs fractionPadBytes  ; 0
 fixedPoint:             defs fractionBytes
 wholePart:              defs wholeBytes
 numberText:             defs 6  ; an integer's sign and digits
+overlayBlock:           defs 37 ; control block of an overlay file
 scratchString:          defs 256 ; for one entry's own use
 digitBuffer             equ scratchString ; digits as numbers, for realToText
 digitBufferEnd          equ digitBuffer + 128

@@ -170,6 +170,19 @@ int dosMain() {
         return std::vector<int>{1, 2, 3}.at(5);
     } else if (command == "depth") {
         return descend(0) > 300 ? 1 : 0;
+    } else if (command == "heap") {
+        // Every byte of it is memory of its own.
+        const std::size_t size = dos::largestFree();
+        std::vector<std::uint32_t> words(size / sizeof(std::uint32_t) - 1000);
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            words[i] = static_cast<std::uint32_t>(i * 2654435761U);
+        }
+        bool whole = true;
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            whole = whole && words[i] == static_cast<std::uint32_t>(i * 2654435761U);
+        }
+        dos::print(decimal(size / 1024) + (whole ? " kB whole\r\n" : " kB broken\r\n"));
+        return 0;
     } else if (command == "exit 9") {
         return 9;
     } else if (command == "all") {

@@ -12,10 +12,26 @@ passed=0
 failed=0
 
 # in_dos LINE...: runs the lines as a batch file in a fresh drive C: of copies; what they wrote stays in $work.
+product_configuration=$root/share/program/compiler/temp.conf
+configuration=$product_configuration
 in_dos() {
     printf '%s\r\n' '@echo off' "$@" >"$work/GO.BAT"
     SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 60 dosbox \
-        -conf "$root/share/program/compiler/temp.conf" "$work/GO.BAT" -noconsole -exit >/dev/null 2>&1
+        -conf "$configuration" "$work/GO.BAT" -noconsole -exit >/dev/null 2>&1
+}
+
+# with_memory MEGABYTES XMS: what follows runs on such a machine.
+with_memory() {
+    sed -E "s/^memsize=.*/memsize=$1/; s/^xms=.*/xms=$2/" "$product_configuration" >"$work/machine.conf"
+    configuration=$work/machine.conf
+}
+
+# heap_is NAME LEAST MOST: the heap has so many kB, and all of it is memory of its own.
+heap_is() {
+    local size
+    in_dos 'SELFTEST heap > OUT.TXT'
+    size=$(sed -n 's/^\([0-9]*\) kB whole.*/\1/p' "$work/OUT.TXT")
+    expect "$1" test "${size:-0}" -ge "$2" -a "${size:-0}" -le "$3"
 }
 
 # in_dos_with_code COMMAND CODE: runs it, its output in OUT.TXT, and makes CODE.TXT when it ends with that code.
@@ -60,6 +76,18 @@ ends 'stack overflow' 'stack' 254 'stack overflow'
 ends 'division by zero' 'divide' 253 'exception 00'
 ends 'out of range' 'at' 250 'range'
 ends 'recursion' 'depth' 1
+
+# Memory above 1 MB: by XMS, given back at every kind of end; by INT 15h; none.
+heap_is 'XMS' 14000 16000
+in_dos 'SELFTEST exit 9' 'SELFTEST divide' 'SELFTEST memory' 'SELFTEST stack' 'SELFTEST heap > OUT.TXT'
+expect 'XMS is given back' grep -q '^1[45][0-9][0-9][0-9] kB whole' "$work/OUT.TXT"
+with_memory 16 false
+heap_is 'INT 15h' 14000 16000
+with_memory 1 false
+heap_is 'conventional memory only' 300 640
+with_memory 1 true
+heap_is 'XMS without memory' 300 640
+configuration=$product_configuration
 
 # A build that was killed leaves its files; the next one must not take them for its own.
 touch "$work/ERRORS.TXT" "$work/RESULT.TXT" "$work/A.\$\$\$" "$work/KEEP.TXT"
