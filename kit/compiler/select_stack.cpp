@@ -7,6 +7,7 @@ using z80::low;
 
 /// Room on the stack and frames; all of them work through HL.
 void Selector::stackOperation(Ir& ir) {
+    constexpr unsigned largestString = 256;
     const unsigned n = ir.n;
     const auto negative = [&](unsigned by) { emit(Op::ldPairN, code(Pair::hl), 0, 0x10000U - by); };
     const auto moveStack = [&](unsigned by) {
@@ -25,8 +26,12 @@ void Selector::stackOperation(Ir& ir) {
     makeFree(Pair::hl);
     switch (ir.op) {
     case IrOp::stackAllocate:
-        negative(n);
-        libraryCall(RuntimeEntry::stackReserve);
+        if (n == largestString) {
+            libraryCall(RuntimeEntry::stackReserveString);
+        } else {
+            negative(n);
+            libraryCall(RuntimeEntry::stackReserve);
+        }
         define(ir.dst, Pair::hl);
         break;
     case IrOp::stackProbe:

@@ -80,7 +80,7 @@ _full:
         jp      @stackError
 
 ; setHeapTop: In: HL = new top of the heap. Stores it and the limit of the stack that goes with it. Out: carry when the
-; stack does not allow it. Destroys A, DE, HL. 107 T.
+; stack does not allow it. Destroys A, DE, HL. 131 T.
 setHeapTop:
         ld      (@heapPtr),hl
         ld      de,stackMargin
@@ -93,6 +93,9 @@ setHeapTop:
         sub     h
         ld      h,a
         ld      (@stackLimit),hl
+        dec     h                       ; and that of a stack that is to hold a string more
+        ld      (stringLimit),hl
+        inc     h
         add     hl,sp
         ccf
         ret
@@ -115,17 +118,28 @@ _full:
 @stackReserve:
         pop     ix
         add     hl,sp
-        jr      nc,_full
+        jr      nc,stackFull
         push    de
         ex      de,hl
         ld      hl,(@stackLimit)
         add     hl,de
         ex      de,hl
         pop     de
-        jr      nc,_full
+        jr      nc,stackFull
         ld      sp,hl
         jp      (ix)
-_full:
+
+; stackReserveString: the same for 256 bytes, which is what each intermediate string takes. 83 T.
+@stackReserveString:
+        pop     ix
+        ld      hl,(stringLimit)
+        add     hl,sp
+        jr      nc,stackFull
+        ld      hl,-256
+        add     hl,sp
+        ld      sp,hl
+        jp      (ix)
+stackFull:
         push    ix
         jp      @stackError
 

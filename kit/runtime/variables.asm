@@ -16,6 +16,7 @@ lineMaximum     equ 127         ; and never more
 ; Words and bytes with a start value of their own.
 stackTop:               defs 2  ; the program's initial stack pointer
 @stackLimit:            defs 2
+stringLimit:            defs 2  ; stackLimit - 256
 @heapPtr:               defs 2  ; the heap's top, HeapPtr
 @stackPtr:              defs 2
 @recurPtr:              defs 2
