@@ -60,6 +60,8 @@ class CodeConsumer : public BodyConsumer {
     }
 
     [[nodiscard]] Position failed() const { return failed_; }
+    /// What failed is too long, not unknown.
+    [[nodiscard]] bool tooLarge() const { return tooLarge_; }
     Image& image() { return image_; }
     Storage& storage() { return storage_; }
 
@@ -68,6 +70,10 @@ class CodeConsumer : public BodyConsumer {
         Lowering lowering(storage_, routine);
         Function function = lowering.run(statements);
         failed_ = lowering.untranslatable();
+        if (!isNumbered(function)) {
+            tooLarge_ = true;
+            failed_ = routine.symbol != nullptr ? routine.symbol->position : Position{1, 0, 1};
+        }
         return function;
     }
 
@@ -105,11 +111,19 @@ class CodeConsumer : public BodyConsumer {
         }
     }
 
+    /// Values, blocks and arguments have numbers of 16 bits; a body that has more of them is too long.
+    static bool isNumbered(const Function& function) {
+        constexpr std::size_t most = 0xFFFF;
+        return function.values.size() < most && function.blocks.size() < most &&
+               function.arguments.size() < most && function.bytes.size() < most;
+    }
+
     const Survey& survey_;
     Arena& arena_;
     Storage storage_;
     Image image_;
     bool wantsLines_;
+    bool tooLarge_ = false;
     Position failed_;
 };
 
@@ -218,7 +232,9 @@ bool makeCode(Host& host, const CompileOptions& options, const ParserOptions& pa
     }
     Parser parser(host, arena, parserOptions, consumer);
     const bool ok = parser.run();
-    if (ok && consumer.failed().line != 0) {
+    if (ok && consumer.tooLarge()) {
+        parser.report(Error::outOfMemory, consumer.failed(), "too many statements in one body");
+    } else if (ok && consumer.failed().line != 0) {
         parser.report(Error::unknownIdentifier, consumer.failed(), "not in this version of the compiler");
     }
     if (!ok || consumer.failed().line != 0) {

@@ -43,6 +43,14 @@ TEST(HostileSource, ALineOfAMegabyte) {
     EXPECT_EQ(many.diagnostic.error, Error::outOfMemory);
 }
 
+TEST(HostileSource, MoreValuesThanNumbers) {
+    // Nothing reaches the statements, so that there is no code that would be too large.
+    std::string statements = "var k, j: Integer; begin Exit; ";
+    for (int i = 0; i < 70000; ++i)
+        statements += "k := (k + j) * j; ";
+    EXPECT_EQ(errorOf(statements + "end."), Error::outOfMemory);
+}
+
 TEST(HostileSource, AHundredThousandParentheses) {
     const std::string open(100000, '(');
     const std::string close(100000, ')');

@@ -42,6 +42,38 @@ awk -v count=1000 'BEGIN {
   for (i = 1; i <= count; i += 40) printf "  WriteLn(Work%d(%d));\n", i, i
   print "end."
 }' > "$work/LARGE.PAS"
+# The limits: a body of 20,000 statements, 100,000 lines, 20,000 names. And a program with overlay files.
+awk -v count=20000 'BEGIN {
+  print "program Body; var k, j: Integer; a: array[0..9] of Integer;\nbegin k := 0; j := 1;"
+  for (i = 3; i < count; i++)
+    if (i % 40 == 0) printf "  if k > %d then k := k - 1;\n", i
+    else if (i % 40 == 1) printf "  a[%d] := k;\n", i % 10
+    else print "  k := k + j;"
+  print "  WriteLn(k)\nend."
+}' > "$work/BODY.PAS"
+awk -v count=100000 'BEGIN {
+  print "program Lines;\nvar g: Integer;"
+  for (line = 3; line < count - 56; line += 51) {
+    printf "procedure P%d;\n{ a comment\n  of two lines }\nvar k: Integer;\nbegin\n", ++routine
+    for (j = 0; j < 45; j++) printf "  k := g + %d;\n", j
+    print "end;"
+  }
+  for (; line < count - 3; line++) print "{ and one line more }"
+  print "begin\n  g := 1; P1; WriteLn(g)\nend."
+}' > "$work/LINES.PAS"
+awk -v count=20000 'BEGIN {
+  print "program Names;\nconst"
+  for (i = 1; i <= count - 1001; i++) printf "  Constant%d = %d;\n", i, i
+  print "var"
+  for (i = 1; i <= 1000; i++) printf "  Variable%d: Byte;\n", i
+  print "begin"
+  for (i = 1; i <= 1000; i += 20) printf "  Variable%d := Lo(Constant%d); WriteLn(Variable%d);\n", i, i * 18, i
+  print "end."
+}' > "$work/NAMES.PAS"
+"$root/tests/overlays/large.sh" > "$work/OVERLAY.PAS"
+# Beyond them there is error 98, also in what no machine's memory could hold.
+mkdir "$work/beyond"
+awk 'BEGIN { print "var k, j: Integer;\nbegin\n  Exit;"; for (i = 0; i < 70000; i++) print "  k := (k + j) * j;"; print "end." }' > "$work/beyond/MANY.PAS"
 {
   printf '@echo off\r\n'
   for source in "$work"/*.PAS; do
@@ -69,6 +101,26 @@ for source in "$work"/*.PAS; do
     failed=$((failed + 1))
   fi
 done
+
+for native in "$work"/native/*.[0-9][0-9][0-9]; do
+  if cmp "$native" "$work/$(basename "$native")"; then
+    passed=$((passed + 1))
+  else
+    echo "FAIL $(basename "$native"): TP3.EXE makes another overlay file"
+    failed=$((failed + 1))
+  fi
+done
+
+# in_memory MEGABYTES XMS NAME: compiles it on such a machine; the number of the error, or of bytes of the sizes.
+in_memory() {
+  rm -f "$work/beyond/$3."{ERR,TXT,CHN}
+  sed -E "s/^memsize=.*/memsize=$1/; s/^xms=.*/xms=$2/" "$root/share/program/compiler/temp.conf" > "$work/machine.conf"
+  printf 'TP3 %s /H /S2E9B /ED200 /R%s.ERR > %s.TXT\r\n' "$3" "$3" "$3" > "$work/beyond/GO.BAT"
+  SDL_VIDEODRIVER=dummy SDL_AUDIODRIVER=dummy timeout 300 dosbox -conf "$work/machine.conf" "$work/beyond/GO.BAT" \
+    -noconsole -exit > /dev/null 2>&1
+  if [[ -f $work/beyond/$3.CHN ]]; then echo compiled; else cut -d, -f4 "$work/beyond/$3.ERR"; fi
+}
+cp "$programs/TP3.EXE" "$work/BODY.PAS" "$work/beyond"
 
 same() { # NAME EXPECTED FOUND
   if [[ $2 == "$3" ]]; then
@@ -157,5 +209,8 @@ sed -i 's/^TP3 SMALL /&\/H /' "$full/GO.BAT"
 rm -f "$full"/*.ERR
 (trap '' XFSZ; ulimit -f 8; in_dos 100 "$full/GO.BAT")
 same "an image alone needs less room" "no" "$([[ -e $full/SMALL.ERR ]] && echo yes || echo no)"
+same "more statements than numbers for their values are error 98" 98 "$(in_memory 16 true MANY)"
+same "a long body takes more than 640 kB" 98 "$(in_memory 1 false BODY)"
+same "but not more than 4 MB, by INT 15h" compiled "$(in_memory 4 false BODY)"
 echo "$passed passed, $failed failed"
 ((passed > 0 && failed == 0))
