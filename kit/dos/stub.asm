@@ -274,15 +274,22 @@ find_extended:
         ret
 .no_xms:
         mov     ah, 88h
-        stc                             ; a BIOS that does not know the call may leave the flag alone
+        clc                             ; some leave the flag alone when they know the call
         int     15h
         jc      .none
         test    ax, ax
         jz      .none
         mov     [extended_size], ax
         mov     dword [extended_base], 100000h
-        mov     ax, 2401h               ; A20; the image looks whether it is open
+        mov     ax, 2401h               ; A20, by the BIOS and by the port; the image looks whether it is open
         int     15h
+        in      al, 92h
+        test    al, 2
+        jnz     .open
+        or      al, 2
+        and     al, 0FEh                ; bit 0 would be a reset
+        out     92h, al
+.open:
         ret
 .give_back:
         call    release_extended
