@@ -84,7 +84,7 @@ _noImage:
         jp      failFile
 
 ; overlayEnter: called by the stub of an overlay routine: goes on in the routine with all of its arguments, and in its
-; caller when that ends. Behind the call stand the routine's address, the address of its group's record, the place of its
+; caller when that ends. In: behind the call stand the routine's address, the address of its group's record, the place of its
 ; code in the file (3 bytes) and the code's length. The record: which unit is loaded (the address of the place in its stub),
 ; where units are loaded to, the file's name (11 bytes). Run-time error F0 without file, F1 when it is too short, both at
 ; the call of the stub. Destroys nothing when the unit is there (213 T), IX, IY and the alternate registers when it is loaded.

@@ -129,7 +129,8 @@ _full:
         ld      sp,hl
         jp      (ix)
 
-; stackReserveString: the same for 256 bytes, which is what each intermediate string takes. 83 T.
+; stackReserveString: the same for 256 bytes, which is what each intermediate string takes. Out: HL = SP = their address.
+; Destroys F, IX. 83 T.
 @stackReserveString:
         pop     ix
         ld      hl,(stringLimit)

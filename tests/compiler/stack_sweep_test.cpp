@@ -66,8 +66,9 @@ void expectWhole(const std::string& declarations, const std::string& statement, 
     const Outcome result = run(source);
     const std::string what = statement + " with " + std::to_string(left) + " bytes left";
     EXPECT_GE(result.leastGap, interruptRoom) << what;
-    if (!result.collided())
+    if (!result.collided()) {
         EXPECT_EQ(result.output, wanted + "\r\nwhole\r\n") << what;
+    }
 }
 
 TEST(StackSweep, FramesWithATemporary) {

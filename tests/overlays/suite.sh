@@ -2,6 +2,7 @@
 # Programs that are too large for memory without their overlays: what they print, what happens when a file is missing or
 # too short, on another drive, and when one program chains to another.
 #   tests/overlays/suite.sh
+# Needs no display.
 # Last line: N passed, N failed. Exit code 0 when nothing failed.
 set -u
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

@@ -80,9 +80,9 @@ TEST(StartTest, SaysWhenThereIsNoProgram) {
 TEST(StartTest, StackLimitGivesNoCarryWhenTheStackIsTooLow) {
     const LibraryMachine machine({.heapBottom = 0x4321});
     const unsigned limit = machine.word(LibraryMachine::address(RuntimeEntry::stackLimit));
-    EXPECT_EQ(limit + 0x4321 + 128, 0x10000U);
-    EXPECT_GE(limit + 0x4321 + 128, 0x10000U);
-    EXPECT_LT(limit + 0x4321 + 127, 0x10000U);
+    EXPECT_EQ(limit + 0x4321 + 192, 0x10000U);
+    EXPECT_GE(limit + 0x4321 + 192, 0x10000U);
+    EXPECT_LT(limit + 0x4321 + 191, 0x10000U);
 }
 
 } // namespace
