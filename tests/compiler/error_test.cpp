@@ -30,8 +30,8 @@ TEST(Errors, ProgramsGiveTheErrorThatTheyName) {
         ++programs;
     }
     EXPECT_GE(programs, 200U);
-    // Every number except those that no source gives: 77, since programs never run in memory, 92 and 94, which
-    // the disk gives.
+    // Every number except those that no source gives: 77, since programs never run in memory, 92 and 94,
+    // which the disk gives.
     std::set<std::string> missing;
     for (int number = 1; number < 100; ++number)
         if (number != 77 && number != 92 && number != 94 &&
