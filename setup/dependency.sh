@@ -5,7 +5,7 @@
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 name=$1 architecture=$2 mode=${3:-}
-needs='' source_package=''   # the recipe sets them
+needs='' source_package='' source_suite=''   # the recipe sets them; no suite is the machine's own
 # shellcheck source=/dev/null
 source "$TAVREL_ROOT/setup/recipes/$name.sh"
 host=$architecture-w64-mingw32
@@ -29,7 +29,7 @@ if [[ -d $folder ]]; then
   echo "$folder"
   exit
 fi
-"$TAVREL_ROOT/setup/fetch.sh" "$source_package"
+"$TAVREL_ROOT/setup/fetch.sh" "$source_package${source_suite:+/$source_suite}"
 
 # Built away from the repository, whose path may hold blanks, which neither configure nor make endures.
 work=$(mktemp -d "${TMPDIR:-/tmp}/tavrel-$name.XXXXXX")
@@ -42,6 +42,25 @@ tarball=$(grep -F "  ${source_package}_" "$TAVREL_ROOT/setup/sources.sha256" | s
 say "set-up: building $name ($architecture)"
 log=$TAVREL_CACHE/deps/$name-$architecture.log
 export work prefix jobs host
+
+# For recipes of libraries that need no configure.
+compile_library() { # LIBRARY FLAGS FILE...: C files into one static library
+  local library=$1 flags=$2
+  shift 2
+  mkdir -p objects "$prefix/lib"
+  printf '%s\0' "$@" | xargs -0 -P "$jobs" -I FILE sh -c '
+    "$0-gcc-posix" $1 -c "$2" -o "objects/$(basename "$2" .c).o"' "$host" "$flags" FILE
+  "$host-ar" rcsD "$prefix/lib/$library" objects/*.o
+}
+install_headers() { # FOLDER FILE...: FOLDER is relative to include
+  mkdir -p "$prefix/include/$1"
+  cp "${@:2}" "$prefix/include/$1/"
+}
+install_licence() { # FILE
+  mkdir -p "$prefix/share"
+  cp "$1" "$prefix/share/COPYING"
+}
+
 # Not `if ! (...)`: inside a condition bash does not stop at the first failing command.
 set +e
 (

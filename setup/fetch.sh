@@ -1,12 +1,12 @@
 #!/bin/bash
-# fetch.sh PACKAGE...: brings the original tarball of Debian source packages into the download cache.
+# fetch.sh PACKAGE[/SUITE]...: brings the original tarball of Debian source packages into the download cache, from the
+# machine's own release or from the suite of that name.
 # apt checks what it loads against the archive's signed index, and sources.sha256 pins the very file.
 # The machine's own package configuration is read, never changed: state, lists and cache are private.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 cache=$TAVREL_CACHE/cache
-apt_home=$cache/apt
-mkdir -p "$cache" "$apt_home"/{lists/partial,archives/partial,parts}
+mkdir -p "$cache"
 exec 9> "$cache/.lock"
 flock 9   # one download at a time, also when working copies share the cache
 
@@ -14,8 +14,15 @@ private_apt() {
   APT_CONFIG=$apt_home/apt.conf apt-get -q "$@" < /dev/null
 }
 
+# use_suite SUITE: each suite, "" for the machine's own, has an apt of its own, so that one never hides another's versions.
+use_suite() {
+  suite=$1
+  apt_home=$cache/apt${suite:+-$suite}
+  mkdir -p "$apt_home"/{lists/partial,archives/partial,parts}
+}
+
 write_apt_configuration() {
-  "$TAVREL_ROOT/setup/apt-sources.sh" "$apt_home/parts"
+  "$TAVREL_ROOT/setup/apt-sources.sh" "$apt_home/parts" "$suite"
   cat > "$apt_home/apt.conf" << END
 Dir::State::lists "$apt_home/lists";
 Dir::Cache "$apt_home";
@@ -49,7 +56,9 @@ fetch_once() { # PACKAGE FILE
   verified "$2" || { say "set-up: $2 does not have the content recorded in setup/sources.sha256"; rm -f "$cache/$2"; return 1; }
 }
 
-for package in "$@"; do
+for wanted in "$@"; do
+  package=${wanted%%/*}
+  use_suite "$(sed -n 's,^[^/]*/,,p' <<< "$wanted")"
   file=$(sed -nE "s/^[0-9a-f]{64}  (${package//./\\.}_.*)$/\1/p" "$TAVREL_ROOT/setup/sources.sha256")
   [[ -n $file ]] || die "setup/sources.sha256 has no line for $package"
   if verified "$file"; then continue; fi
