@@ -28,6 +28,16 @@ put() { # FROM TO: TO is relative to the program folder
 
 put_optional() { if [[ -f $1 ]]; then put "$1" "$2"; fi; }
 
+# The emulator takes long to build, so the folder may be without it; whoever needs it builds it first.
+put_emulator() {
+  local from to
+  if [[ ! -d $("$TAVREL_ROOT/setup/emulator.sh" --path) ]]; then
+    say "set-up: no MSX emulator in the program folder yet; setup/emulator.sh builds it"
+    return
+  fi
+  while IFS=$'\t' read -r from to; do put "$from" "$to"; done < <("$TAVREL_ROOT/setup/emulator-files.sh")
+}
+
 "$TAVREL_ROOT/setup/help.sh" || say "set-up: the Pascal Reference could not be made"
 dosbox=$("$TAVREL_ROOT/setup/dependency.sh" dosbox "$architecture" --path)
 licences=$build/licences-$architecture.txt
@@ -45,6 +55,9 @@ put "$dosbox/bin/DOSBox.exe" compiler/DOSBox-0.74/DOSBox.exe
 put "$dosbox/share/COPYING" compiler/DOSBox-0.74/COPYING.txt
 put "$build/license.txt" license.txt
 put "$licences" licences.txt
+put "$windows/kit/emulator/msx.exe" emulator/msx.exe
+for name in start.tcl imgui.ini msx-example.ini; do put "$TAVREL_ROOT/kit/emulator/data/$name" "emulator/$name"; done
+if [[ $architecture == x86_64 ]]; then put_emulator; fi
 put "$build/reference/tp3reference.chm" tp3reference.chm
 put "$build/reference/autocomplete.txt" help/autocomplete.txt
 put_optional "$windows/kit/disk/dsktool.exe" dsk/dsktool.exe

@@ -1,12 +1,17 @@
 # Sourced by the other set-up scripts: where everything lies, how they speak.
 # shellcheck shell=bash
 #
-# TAVREL_CACHE  folder that holds cache/ (downloads) and deps/ (built libraries); `out` by default.
-#               Several working copies may share one.
+# TAVREL_CACHE  folder that holds cache/ (downloads) and deps/ (built libraries); by default the user's cache folder, so
+#               that another working copy finds what one has built. `out` where a user has no such place.
 
 TAVREL_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 TAVREL_OUT=$TAVREL_ROOT/out
-mkdir -p "${TAVREL_CACHE:=$TAVREL_OUT}"
+if [[ -z ${TAVREL_CACHE:-} ]]; then
+  user_cache=${XDG_CACHE_HOME:-${HOME:+$HOME/.cache}}
+  TAVREL_CACHE=${user_cache:+$user_cache/tavrel}
+  if [[ -z $TAVREL_CACHE ]] || ! mkdir -p "$TAVREL_CACHE" 2> /dev/null; then TAVREL_CACHE=$TAVREL_OUT; fi
+fi
+mkdir -p "$TAVREL_CACHE"
 TAVREL_CACHE=$(cd "$TAVREL_CACHE" && pwd)
 export TAVREL_CACHE
 

@@ -40,7 +40,7 @@ as_root apt-get -q -o Acquire::Retries=3 update < /dev/null >> "$log" 2>&1 || sa
 
 # All at once is quickest. When one file cannot be had apt installs nothing, so then group by group, then one by one.
 if ! install_packages "${missing[@]}"; then
-  for group in build i686 wine package test; do
+  for group in build i686 wine emulator package test; do
     mapfile -t missing < <(missing_of "$group")
     ((${#missing[@]})) || continue
     install_packages "${missing[@]}" && continue
