@@ -72,6 +72,7 @@ void browseForEmulator(const Dialog& dialog) {
     OpenDialogRequest request;
     request.title = "Selectr emulator"; // the title that users know
     request.filter = "*.exe";
+    request.initialFolder = emulatorFolder(dialog.text(Form4_Text1), dialog.workspace.AppDir);
     const std::string path = dialog.workspace.dialogs.ShowOpenDialog(request);
     if (!path.empty())
         dialog.setText(Form4_Text1, path);

@@ -1,5 +1,6 @@
 #include "app/preferences.h"
 
+#include "util/paths.h"
 #include "util/text.h"
 
 namespace tavrel {
@@ -27,6 +28,11 @@ void refillEmptyFields(Preferences& preferences, const std::string& AppDir) {
         preferences.emulatorArgs = defaults.EmulatorArgs;
     if (preferences.diskImageDir.empty())
         preferences.diskImageDir = defaults.DiskImageDir;
+}
+
+std::string emulatorFolder(const std::string& emulatorPath, const std::string& AppDir) {
+    const std::string folder = GetFilePath(emulatorPath);
+    return folder.empty() ? AppDir + "emulator\\" : folder;
 }
 
 void storePreferences(const Preferences& preferences, Settings& settings) {

@@ -54,5 +54,11 @@ TEST(Preferences, AFontSizeThatIsNoNumberStopsBehindTheOtherFields) {
     EXPECT_EQ(settings.FontSize, 11);
 }
 
+TEST(Preferences, TheSearchForAnEmulatorBeginsWhereThereIsOne) {
+    EXPECT_EQ(emulatorFolder("", "C:\\T\\"), "C:\\T\\emulator\\");
+    EXPECT_EQ(emulatorFolder("emu.exe", "C:\\T\\"), "C:\\T\\emulator\\");
+    EXPECT_EQ(emulatorFolder("D:\\emu\\emu.exe", "C:\\T\\"), "D:\\emu\\");
+}
+
 } // namespace
 } // namespace tavrel
