@@ -48,7 +48,7 @@ class Session {
     StarterSettings settings_;     ///< and with which settings
     std::string failure_;          ///< what a command of ours was answered with
     std::vector<std::string> log_; ///< the last lines that the emulator said
-    unsigned image_ = 0;           ///< which copy the emulator has
+    unsigned image_ = 1;           ///< which copy the emulator has
 };
 
 /// Reads a whole file; empty when there is none. @throws Failure

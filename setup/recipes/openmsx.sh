@@ -54,4 +54,7 @@ build() {
   cp "$tree/bin/openmsx.exe" "$prefix/bin/"
   cp -r share "$prefix/share/openmsx"
   install_licence doc/GPL.txt
+  cp src/3rdparty/imgui/LICENSE.txt "$prefix/share/imgui.txt"
+  cp src/3rdparty/ImGuiFileDialog/LICENSE "$prefix/share/ImGuiFileDialog.txt"
+  sed -n '1,/\*\//p' src/serial/Midi_w32.cc > "$prefix/share/midi.txt"
 }

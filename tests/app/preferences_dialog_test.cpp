@@ -197,7 +197,7 @@ TEST_F(PreferencesDialog, BrowsingFillsTheFields) {
     ASSERT_EQ(dialogs.opened.size(), 2U);
     EXPECT_EQ(dialogs.opened[0].title, "Selectr emulator");
     EXPECT_EQ(dialogs.opened[0].filter, "*.exe");
-    EXPECT_EQ(dialogs.opened[0].initialFolder, workspace().AppDir + "emulator\\");
+    EXPECT_EQ(dialogs.opened[0].initialFolder, program.path() + "emulator\\");
     EXPECT_EQ(dialogs.opened[1].initialFolder, "C:\\"); // beside the one that was chosen first
 }
 
