@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <utility>
 
 namespace emulator {
@@ -13,15 +14,34 @@ namespace {
 constexpr std::size_t longestElement = 1U << 20;
 
 constexpr std::array<std::pair<std::string_view, char>, 5> entities = {
-    {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}}};
+    {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
+
+/// What stands between "&" and ";", as a character: a name, or the number of an ASCII character as openMSX
+/// writes the end of a line ("#x0a").
+std::optional<char> characterOf(std::string_view entity) {
+    for (const auto& [name, character] : entities)
+        if (name == entity)
+            return character;
+    const bool hexadecimal = entity.starts_with("#x");
+    if (!entity.starts_with('#'))
+        return std::nullopt;
+    entity.remove_prefix(hexadecimal ? 2 : 1);
+    unsigned number = 0;
+    const auto [end, error] =
+        std::from_chars(entity.data(), entity.data() + entity.size(), number, hexadecimal ? 16 : 10);
+    if (error != std::errc() || end != entity.data() + entity.size() || number == 0 || number > 0x7F)
+        return std::nullopt;
+    return static_cast<char>(number);
+}
 
 std::string unescaped(std::string_view text) {
     std::string result;
     while (!text.empty()) {
-        const auto entity = std::find_if(entities.begin(), entities.end(),
-                                         [&](const auto& row) { return text.starts_with(row.first); });
-        result += entity == entities.end() ? text.front() : entity->second;
-        text.remove_prefix(entity == entities.end() ? 1 : entity->first.size());
+        const std::size_t end = text[0] == '&' ? text.find(';') : text.npos;
+        const std::optional<char> character =
+            end == text.npos ? std::nullopt : characterOf(text.substr(1, end - 1));
+        result += character.value_or(text[0]);
+        text.remove_prefix(character ? end + 1 : 1);
     }
     return result;
 }

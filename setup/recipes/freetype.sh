@@ -17,7 +17,7 @@ MODULES
   sed -i -E 's,^#define (FT_CONFIG_OPTION_USE_(ZLIB|LZW)|TT_CONFIG_OPTION_(BDF|GX_VAR_SUPPORT)|FT_CONFIG_OPTION_(MAC_FONTS|SVG))\>.*,,' \
     include/freetype/config/ftoption.h
   compile_library libfreetype.a "-O2 -DFT2_BUILD_LIBRARY -Iinclude" src/autofit/autofit.c src/base/{ftbase,ftbitmap,ftdebug}.c \
-    src/base/{ftglyph,ftinit,ftstroke,ftsystem}.c src/psnames/psnames.c src/raster/raster.c src/sfnt/sfnt.c \
+    src/base/{ftglyph,ftinit,ftstroke,ftsynth,ftsystem}.c src/psnames/psnames.c src/raster/raster.c src/sfnt/sfnt.c \
     src/smooth/smooth.c src/truetype/truetype.c
   mkdir -p "$prefix/include"
   cp -r include/freetype include/ft2build.h "$prefix/include/"

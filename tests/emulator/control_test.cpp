@@ -50,6 +50,13 @@ TEST(ControlOutput, IsTakenApartWhateverThePieces) {
         EXPECT_EQ(read(text, piece), expected) << piece;
 }
 
+TEST(ControlOutput, HasCharactersByNameAndByNumber) {
+    const std::vector<Said> said =
+        read("<reply result=\"ok\">&apos;&quot;&#x0a;&#65;&#x3C; &#x0; &#300; &#x; &none; & &</reply>", 5);
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_EQ(said[0].text, "'\"\nA< &#x0; &#300; &#x; &none; & &");
+}
+
 TEST(ControlOutput, WaitsForTheEnd) {
     EXPECT_TRUE(read("half a line", 3).empty());
     EXPECT_TRUE(read("<reply result=\"ok\">and no end", 3).empty());
