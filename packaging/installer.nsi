@@ -163,6 +163,51 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
+; A text of the settings file: its length in two bytes, the low one first, and its bytes. The path has nothing but ASCII,
+; or strangerIn had refused it.
+!macro writeText text
+  StrLen $1 "${text}"
+  IntOp $2 $1 & 255
+  FileWriteByte $0 $2
+  IntOp $2 $1 >> 8
+  FileWriteByte $0 $2
+  FileWrite $0 "${text}"
+!macroend
+!macro writeNumber low high
+  FileWriteByte $0 ${low}
+  FileWriteByte $0 ${high}
+!macroend
+
+; The settings of a first start, with the emulator that comes along. Settings that are there already stay.
+Function chooseOwnEmulator
+  ${IfNot} ${FileExists} "$INSTDIR\emulator\openmsx\openmsx.exe"
+  ${OrIf} ${FileExists} "$INSTDIR\config.cfg"
+    Return
+  ${EndIf}
+  ClearErrors
+  FileOpen $0 "$INSTDIR\config.new" w
+  !insertmacro writeText "$INSTDIR\emulator\msx.exe"
+  !insertmacro writeText "-diska %dsk -msx2"
+  !insertmacro writeNumber 0 0 ; five recent files
+  !insertmacro writeNumber 0 0
+  !insertmacro writeNumber 0 0
+  !insertmacro writeNumber 0 0
+  !insertmacro writeNumber 0 0
+  !insertmacro writeText "$INSTDIR\dsk\"
+  !insertmacro writeNumber 0 0 ; no association of its own: the page of components asks for that
+  !insertmacro writeNumber 0 0 ; asks before it saves
+  !insertmacro writeNumber 255 255 ; New Project dialog at the start
+  !insertmacro writeNumber 255 255 ; signatures
+  !insertmacro writeNumber 11 0 ; points
+  !insertmacro writeText "Terminal"
+  FileClose $0
+  ${If} ${Errors} ; a full disk: without the file Tavrel starts with its defaults
+    Delete "$INSTDIR\config.new"
+  ${Else}
+    Rename "$INSTDIR\config.new" "$INSTDIR\config.cfg"
+  ${EndIf}
+FunctionEnd
+
 Section "Tavrel" tavrelSection
   SectionIn RO
   ; Files of an older version that this one no longer has go with it; its settings stay.
@@ -171,6 +216,7 @@ Section "Tavrel" tavrelSection
   ${EndIf}
   Call makeFolder
   !include "${LISTS}\install.nsh"
+  Call chooseOwnEmulator
   SetOutPath $INSTDIR
   WriteUninstaller "$INSTDIR\uninstall.exe"
   WriteRegStr HKCU "${uninstallKey}" "DisplayName" "Tavrel ${VERSION}"
@@ -235,6 +281,12 @@ Section "Uninstall"
     Delete "$INSTDIR\compiler\rundb.bat"
     Delete "$INSTDIR\stdout.txt"
     Delete "$INSTDIR\stderr.txt"
+    ; What the emulator keeps; pictures and saved states that the user made stay.
+    Delete "$INSTDIR\emulator\data\disk-a.dsk"
+    Delete "$INSTDIR\emulator\data\disk-b.dsk"
+    Delete "$INSTDIR\emulator\data\share\imgui.ini"
+    Delete "$INSTDIR\emulator\data\share\settings.xml"
+    Delete "$INSTDIR\emulator\data\share\*.history"
     Delete "$SMPROGRAMS\Tavrel.lnk"
     Call un.forgetFileType
     DeleteRegKey HKCU "${uninstallKey}"

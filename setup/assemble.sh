@@ -57,6 +57,7 @@ put "$build/license.txt" license.txt
 put "$licences" licences.txt
 put "$windows/kit/emulator/msx.exe" emulator/msx.exe
 for name in start.tcl imgui.ini msx-example.ini; do put "$TAVREL_ROOT/kit/emulator/data/$name" "emulator/$name"; done
+for name in tavreldisk.xml tavreldisk.rom; do put "$TAVREL_OUT/bin/$name" "emulator/data/share/extensions/$name"; done
 if [[ $architecture == x86_64 ]]; then put_emulator; fi
 put "$build/reference/tp3reference.chm" tp3reference.chm
 put "$build/reference/autocomplete.txt" help/autocomplete.txt

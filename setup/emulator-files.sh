@@ -19,7 +19,7 @@ all "$data" $share init.tcl
 all "$TAVREL_ROOT/kit/emulator/data" $share settings.xml
 all "$data/scripts" $share/scripts _cpuregs.tcl _cycle.tcl _disasm.tcl _osd.tcl _osd_menu.tcl _osd_widgets.tcl _reverse.tcl \
   _savestate.tcl _slot.tcl _type_via_keybuf.tcl _utils.tcl _vdp.tcl autoplug.tcl callbackprocs.tcl cashandler.tcl \
-  create_user_dirs.tcl keybindings.tcl lazy.tcl mode.tcl monitor.tcl osd_menu.tcl pause_on_lost_focus.tcl reverse.tcl \
+  keybindings.tcl lazy.tcl mode.tcl monitor.tcl osd_menu.tcl pause_on_lost_focus.tcl reverse.tcl \
   screenshot.tcl session_management.tcl type.tcl
 for name in default fill monitor3D simple texture; do all "$data/shaders" $share/shaders $name.vert $name.frag; done
 mapfile -t names < <(cd "$data/skins" 2> /dev/null && ls -d set1/*.png ./*.ttf.gz | sed 's,^\./,,')
