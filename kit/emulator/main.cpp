@@ -27,9 +27,8 @@ std::wstring pathOfThisProgram() {
     return path;
 }
 
-bool isFile(const std::string& path) {
-    const DWORD attributes = GetFileAttributesW(wide(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+bool exists(const std::string& path) {
+    return GetFileAttributesW(wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 /// The whole path, since the process that gets the request has another current folder.
@@ -181,7 +180,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         const std::wstring path = pathOfThisProgram();
         const std::size_t slash = path.find_last_of(L'\\');
         Request request =
-            parseRequest(argumentsOf(narrow(GetCommandLineW()), narrow(path.substr(slash + 1))), isFile);
+            parseRequest(argumentsOf(narrow(GetCommandLineW()), narrow(path.substr(slash + 1))), exists);
         request.image = absolute(request.image);
         return serveOrHandOver(request, path.substr(0, slash));
     } catch (const std::exception& error) {

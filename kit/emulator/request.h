@@ -24,7 +24,7 @@ struct Request {
     bool operator==(const Request&) const = default;
 };
 
-/// Tells whether a text names a file that there is.
+/// Tells whether a text names a file or folder that there is.
 using IsFile = std::function<bool(const std::string&)>;
 
 /// The words of a Windows command line after the program's name. `programName` is the file name of this

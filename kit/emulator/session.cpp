@@ -1,8 +1,8 @@
 #include "emulator/session.h"
 
 #include "emulator/wide_text.h"
+#include "files/host_files.h"
 
-#include <array>
 #include <utility>
 
 namespace emulator {
@@ -11,10 +11,16 @@ namespace {
 
 constexpr DWORD exitLimit = 3'000; // milliseconds that the emulator has to write its settings
 constexpr std::size_t keptLines = 12;
+constexpr std::size_t largestSettings = 1U << 20;
+constexpr std::size_t largestImage = 64U << 20; // a hard disk of MSX-DOS 1 has at most 32 MB
 
-bool isFile(const std::string& path) {
+bool exists(const std::string& path) {
+    return GetFileAttributesW(wide(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool isFolder(const std::string& path) {
     const DWORD attributes = GetFileAttributesW(wide(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 void makeFolder(const std::string& path) {
@@ -31,7 +37,9 @@ std::string environment(const wchar_t* name) {
 StarterSettings readSettings(const std::string& folder) {
     StarterSettings settings;
     try {
-        settings = parseStarterSettings(readFile(folder + "\\msx.ini"));
+        const std::string path = folder + "\\msx.ini";
+        if (exists(path))
+            settings = parseStarterSettings(files::readWholeFile(files::pathOf(path), largestSettings));
     } catch (const SettingsError& error) {
         throw Failure(folder + "\\msx.ini, " + error.what());
     }
@@ -64,27 +72,6 @@ void setDataFolder(bool own) {
 
 } // namespace
 
-std::string readFile(const std::string& path) {
-    constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    HANDLE const opened =
-        CreateFileW(wide(path).c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
-        if (GetLastError() == ERROR_FILE_NOT_FOUND)
-            return {};
-        failWithLastError(path + " cannot be read");
-    }
-    const Handle file(opened);
-    std::string text;
-    std::array<char, 4096> buffer;
-    DWORD count = 0;
-    do {
-        if (ReadFile(file.get(), buffer.data(), buffer.size(), &count, nullptr) == 0)
-            failWithLastError(path + " cannot be read");
-        text.append(buffer.data(), count);
-    } while (count != 0);
-    return text;
-}
-
 Session::Session(std::string folder, HWND window, UINT message)
     : folder_(std::move(folder)), data_(folder_ + "\\data"), window_(window), message_(message) {}
 
@@ -105,7 +92,7 @@ void Session::start(const Request& request) {
     const bool own = settings_.openmsx.empty();
     const std::string program = own ? folder_ + "\\openmsx\\openmsx.exe" : settings_.openmsx;
     const bool unix = isUnixProgram(program);
-    if (!unix && !isFile(program))
+    if (!unix && (!exists(program) || isFolder(program)))
         throw Failure("There is no " + program +
                       (own ? "." : ", which " + folder_ + "\\msx.ini names as openMSX."));
     makeFolder(data_);
@@ -154,16 +141,16 @@ void Session::stop() {
 }
 
 /// The emulator holds its disk open, and the next build must be able to replace the original; so it gets a
-/// copy. Not the one that it has.
+/// copy. Not the one that it has. A folder, which openMSX takes for a disk too, is no such matter.
 std::string Session::copyImage(const std::string& image) {
-    if (image.empty())
+    if (image.empty() || isFolder(image))
         return image;
     const unsigned next = 1 - image_;
     const std::string copy = data_ + (next == 0 ? "\\disk-a.dsk" : "\\disk-b.dsk");
-    SetFileAttributesW(wide(copy).c_str(), FILE_ATTRIBUTE_NORMAL);
-    if (CopyFileW(wide(image).c_str(), wide(copy).c_str(), FALSE) == 0)
-        failWithLastError("The disk image " + image + " cannot be copied to " + copy);
-    SetFileAttributesW(wide(copy).c_str(), FILE_ATTRIBUTE_NORMAL); // a copy of a read-only file is one too
+    files::WriteOptions options;
+    options.flush = false; // it is made anew anyway
+    files::writeWholeFile(files::pathOf(copy), files::readWholeFile(files::pathOf(image), largestImage),
+                          options);
     image_ = next;
     return copy;
 }

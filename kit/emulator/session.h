@@ -51,7 +51,4 @@ class Session {
     unsigned image_ = 1;           ///< which copy the emulator has
 };
 
-/// Reads a whole file; empty when there is none. @throws Failure
-std::string readFile(const std::string& path);
-
 } // namespace emulator

@@ -173,7 +173,7 @@ failures() {
 
   fresh
   msx -diska 'C:\no such\d.dsk' -msx2
-  check "a missing image is named whole" 'The disk image C:\no such\d.dsk cannot be copied' "$(message)"
+  check "a missing image is named whole" 'C:\no such\d.dsk' "$(message)"
   await_starter
 
   printf 'openmsx = C:\\none\\openmsx.exe\n' > "$folder/msx.ini"
@@ -216,7 +216,45 @@ hundred_times() {
   close_fake
 }
 
+folder_as_disk() {
+  fresh
+  msx -diska "$(windows_name "$work/disks")" -msx2
+  check "a folder is handed on as it is" "argument -diska $(windows_name "$work/disks")" "$(logged '^argument -diska')"
+  message > /dev/null # the stand-in takes no folder
+  await_starter
+}
+
+no_data_folder() {
+  fresh
+  rm -rf "$data"
+  touch "$data" # a file where the folder should be
+  msx -diska "$(windows_name "$image")" -msx2
+  check "a data folder that cannot be made is named" "emulator\data\share cannot be made" "$(message)"
+  await_starter
+  same "and nothing was started" "" "$(cat "$log" 2> /dev/null)"
+  rm -f "$data"
+}
+
+# What ./run gives a program folder: the settings of a first start, with the emulator of the folder.
+first_settings() {
+  local folder=$work/first
+  mkdir "$folder"
+  "$root/setup/first-settings.sh" "$folder"
+  same "the first settings name the emulator, and are Tavrel's own otherwise" "$({
+    text_record "$(windows_name "$folder/emulator/msx.exe")"
+    text_record '-diska %dsk -msx2'
+    for _ in 1 2 3 4 5; do text_record ''; done
+    text_record "$(windows_name "$folder/dsk/")"
+    printf '\0\0\0\0\xff\xff\xff\xff\x0b\0'
+    text_record Terminal
+  } | od -An -v -tx1)" "$(od -An -v -tx1 "$folder/config.cfg")"
+  echo mine > "$folder/config.cfg"
+  "$root/setup/first-settings.sh" "$folder"
+  same "settings that are there stay" "mine" "$(cat "$folder/config.cfg")"
+}
+
 make_folder
+first_settings
 starts
 second_program
 other_machine
@@ -224,5 +262,7 @@ unquoted
 killed
 failures
 own_settings
+folder_as_disk
+no_data_folder
 hundred_times
 summary

@@ -12,7 +12,7 @@ zip=$packages/Tavrel-$version-win64.zip
 installer=$packages/Tavrel-$version-win64-setup.exe
 uninstall_key='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Tavrel'
 windows_libraries="advapi32|comctl32|comdlg32|gdi32|imm32|kernel32|msimg32|msvcrt|ole32|oleaut32|shell32|user32"
-windows_libraries+="|windowscodecs|winmm|ws2_32|wsock32"
+windows_libraries+="|windowscodecs|winmm|ws2_32|wsock32|dsound|netapi32|opengl32|secur32|setupapi|userenv|version"
 
 registry() { wine reg query "$@" < /dev/null 2> /dev/null | tr -d '\r'; }
 in_registry() { if wine reg query "$1" < /dev/null > /dev/null 2>&1; then echo there; else echo gone; fi; }
@@ -33,7 +33,7 @@ programs() {
   local name text
   same "the history begins with the version" "Tavrel $version" "$(head -n 1 "$program/history.txt" | tr -d '\r')"
   check "the About box says the version" "Version $version" "$(strings -el "$program/Tavrel.exe" | grep -x "Version .*")"
-  for name in Tavrel.exe msximg.exe dsk/dsktool.exe; do
+  for name in Tavrel.exe msximg.exe dsk/dsktool.exe emulator/msx.exe; do
     text=$(strings -el "$program/$name")
     same "$name has the version in its properties" "FileVersion $version" \
       "FileVersion $(grep -A 1 -x FileVersion <<< "$text" | sed -n 2p)"
@@ -45,7 +45,11 @@ programs() {
     holds "$name says Windows 10" '{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}' "$text"
     same "$name leaves the code page alone" "0" "$(grep -c '<activeCodePage' <<< "$text")"
   done
-  for name in Tavrel.exe msximg.exe dsk/dsktool.exe compiler/DOSBox-0.74/DOSBox.exe; do
+  for name in Tavrel.exe msximg.exe dsk/dsktool.exe compiler/DOSBox-0.74/DOSBox.exe emulator/msx.exe emulator/openmsx/openmsx.exe; do
+    if [[ $name == */openmsx.exe && ! -f $program/$name ]]; then
+      echo "skip $name: there is no openMSX for Windows here"
+      continue
+    fi
     same "$name needs no DLL but those of Windows" "" "$(x86_64-w64-mingw32-objdump -p "$program/$name" |
       sed -n 's/.*DLL Name: //p' | grep -v -i -x -E "($windows_libraries)\.dll")"
   done
@@ -120,6 +124,12 @@ installation() {
   install '/D=C:\TavrelTest\Tavrel'
   same "the installer succeeds" "0" "$code"
   same "everything is there" "" "$(delivered_and_different)"
+  if [[ -f $program/emulator/openmsx/openmsx.exe ]]; then
+    # The rest of that file is compared in tests/emulator, and read by the installed program below.
+    check "the emulator that comes along is chosen" 'C:\TavrelTest\Tavrel\emulator\msx.exe' "$(tr -d '\0' < "$program/config.cfg")"
+  else
+    echo "skip the emulator that comes along is chosen: there is no openMSX for Windows here"
+  fi
   check "Windows knows the installation" "Tavrel $version" "$(registry "$uninstall_key" /v DisplayName)"
   command=$(registry "HKCU\\Software\\Classes\\Tavrel.file\\shell\\Open\\command" | sed -n "s/.*REG_SZ *//p")
   same "project files open with it" "Tavrel.file C:\\TavrelTest\\Tavrel\\Tavrel.exe %1" \
