@@ -1,6 +1,7 @@
 #!/bin/bash
 # headless-run.sh: the whole way without a screen. Opens the sample project in Tavrel on a private display, has it
-# compiled, prints what the progress window says and what the program prints; pictures go to out/screenshots.
+# compiled, prints what the progress window says and what the program prints, and presses F5, which shows the program in
+# the MSX emulator; pictures go to out/screenshots.
 # Ends with an error when a piece is missing, the compilation fails, or the program does not end normally.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
@@ -33,7 +34,29 @@ picture() { # NAME
   if command -v import > /dev/null; then import -window root "$pictures/$1.png"; fi
 }
 
+# The process of the emulator that this program folder's starter has started, under Wine or not.
+emulator_process() { pgrep -f "Tavrel.emulator.start\\.tcl" | while read -r process; do
+  if tr '\\' / < "/proc/$process/cmdline" | grep -q -F "$TAVREL_OUT/Tavrel/emulator/start.tcl"; then echo "$process"; fi
+done; }
+
+# Presses F5 and waits until the emulator's picture stands still for two seconds; a minute at most.
+run_in_emulator() {
+  local tries before='' now still=0
+  timeout -k 5 60 wine "$TAVREL_OUT/bin/drive.exe" press F5 < /dev/null > /dev/null 2>&1 || return 1
+  for ((tries = 0; tries < 120 && still < 4; ++tries)); do
+    sleep 0.5
+    if [[ -z $(emulator_process) ]]; then continue; fi
+    now=$(import -window root rgb:- 2> /dev/null | md5sum)
+    if [[ $now == "$before" ]]; then still=$((still + 1)); else still=0; fi
+    before=$now
+  done
+  picture emulator
+  ((still == 4))
+}
+
 finish() {
+  local process
+  for process in $(emulator_process); do kill "$process" 2> /dev/null || true; done
   if [[ -n ${ide:-} ]]; then kill "$ide" 2> /dev/null || true; fi
   timeout 20 wineserver -w || true
   stop_display
@@ -66,4 +89,12 @@ program=$(find "$(dirname "$project")" -iname '*.com' | head -n 1)
 echo "--- $(basename "$program")"
 timeout -k 5 60 "$TAVREL_OUT/bin/msxrun" "$program" < /dev/null || { status=$?; }
 if ((status)); then die "$(basename "$program") ended with $status"; fi
+
 echo "--- Pictures: out/screenshots/before.png, out/screenshots/after.png"
+if [[ ! -f $TAVREL_OUT/Tavrel/emulator/openmsx/openmsx.exe && -z ${TAVREL_OPENMSX:-} ]] || ! command -v import > /dev/null; then
+  say "set-up: F5 is not shown: no MSX emulator, or no imagemagick for its picture"
+elif run_in_emulator; then
+  echo "--- F5: out/screenshots/emulator.png"
+else
+  say "set-up: the emulator did not show the program within a minute, see out/screenshots/emulator.png"
+fi
