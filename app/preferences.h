@@ -26,7 +26,8 @@ Preferences preferencesOf(const Settings& settings);
 /// Puts the defaults back into emptied fields that are never stored empty.
 void refillEmptyFields(Preferences& preferences, const std::string& AppDir);
 
-/// Where the search for an emulator begins: beside the one that is set, or else where the one of the program folder is.
+/// Where the search for an emulator begins: beside the one that is set, or else where the one of the program
+/// folder is.
 std::string emulatorFolder(const std::string& emulatorPath, const std::string& AppDir);
 
 /// Stores the fields. Throws RuntimeError 13 or 6 when the font size is no number or too large; all other
