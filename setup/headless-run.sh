@@ -39,11 +39,11 @@ emulator_process() { pgrep -f "Tavrel.emulator.start\\.tcl" | while read -r proc
   if tr '\\' / < "/proc/$process/cmdline" | grep -q -F "$TAVREL_OUT/Tavrel/emulator/start.tcl"; then echo "$process"; fi
 done; }
 
-# Presses F5 and waits until the emulator's picture stands still for two seconds; a minute at most.
+# Presses F5 and waits until the emulator's picture stands still for longer than its logo does; a minute and a half at most.
 run_in_emulator() {
   local tries before='' now still=0
   timeout -k 5 60 wine "$TAVREL_OUT/bin/drive.exe" press F5 < /dev/null > /dev/null 2>&1 || return 1
-  for ((tries = 0; tries < 120 && still < 4; ++tries)); do
+  for ((tries = 0; tries < 180 && still < 20; ++tries)); do
     sleep 0.5
     if [[ -z $(emulator_process) ]]; then continue; fi
     now=$(import -window root rgb:- 2> /dev/null | md5sum)
@@ -51,7 +51,7 @@ run_in_emulator() {
     before=$now
   done
   picture emulator
-  ((still == 4))
+  ((still == 20))
 }
 
 finish() {
@@ -96,5 +96,5 @@ if [[ ! -f $TAVREL_OUT/Tavrel/emulator/openmsx/openmsx.exe && -z ${TAVREL_OPENMS
 elif run_in_emulator; then
   echo "--- F5: out/screenshots/emulator.png"
 else
-  say "set-up: the emulator did not show the program within a minute, see out/screenshots/emulator.png"
+  say "set-up: the emulator did not show the program in time, see out/screenshots/emulator.png"
 fi
