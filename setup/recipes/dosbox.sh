@@ -9,6 +9,10 @@ build() {
   # SDL was moved since it was built, and the configure script forgets to say so when it asks sdl-config.
   sed -i "s,^prefix=.*,prefix=$work/sdl," "$work/sdl/bin/sdl-config"
   cd dosbox-*
+  # Asked to leave at the end (-exit), it would wait for keys all the same when the file that it is given is not there: in a
+  # build nobody sees it and nobody can press one.
+  sed -i 's/) goto nomount;/) { if (addexit) autoexec[16].Install("exit"); goto nomount; }/' src/shell/shell.cpp
+  [[ $(grep -c 'Install("exit"); goto nomount' src/shell/shell.cpp) == 4 ]]
   ./configure -q --host="$host" --prefix="$prefix" --with-sdl-prefix="$work/sdl" --disable-sdltest \
     CC="$host-gcc-posix" CXX="$host-g++-posix" CFLAGS=-O2 CXXFLAGS="-O2 -std=gnu++98 -fpermissive -w" \
     LDFLAGS="-static -s -Wl,--no-insert-timestamp" --disable-opengl --disable-dynamic-core --enable-core-inline

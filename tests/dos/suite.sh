@@ -90,29 +90,87 @@ heap_is 'XMS without memory' 300 640
 configuration=$product_configuration
 
 # A build that was killed leaves its files; the next one must not take them for its own.
-touch "$work/ERRORS.TXT" "$work/RESULT.TXT" "$work/A.\$\$\$" "$work/KEEP.TXT"
+touch "$work/ERRORS.TXT" "$work/RESULT.TXT" "$work/TP3OUT.\$\$\$" "$work/MINE.\$\$\$" "$work/KEEP.TXT"
 in_dos_with_code DOS2CASH 0
 expect 'stale error file is gone' test ! -e "$work/ERRORS.TXT"
 expect 'stale size file is gone' test ! -e "$work/RESULT.TXT"
-expect 'temporary files are gone' test ! -e "$work/A.\$\$\$"
+expect "the compiler's temporary file is gone" test ! -e "$work/TP3OUT.\$\$\$"
+expect "the user's temporary file stays" test -e "$work/MINE.\$\$\$"
 expect 'other files stay' test -e "$work/KEEP.TXT"
 expect 'prints nothing' test ! -s "$work/OUT.TXT"
 expect 'exit code 0' test -e "$work/CODE.TXT"
 in_dos_with_code DOS2CASH 0
 expect 'nothing to do is no failure' test -e "$work/CODE.TXT" -a ! -s "$work/OUT.TXT"
+ln -s nowhere "$work/RESULT.TXT"
+in_dos DOS2CASH
+expect 'a link that leads nowhere is no place to write through' test ! -L "$work/RESULT.TXT"
 
-# The build's script glues library and program with a COPY that DOSBox alone would not understand.
+# What a project may run by mistake must reach no other folder.
+mkdir "$work/victim"
+reach_out=("mount d $work/victim" "echo reached > d:\\EVIL.TXT")
+in_dos "${reach_out[@]}"
+expect 'an open DOSBox mounts another folder' test -e "$work/victim/EVIL.TXT"
+rm -f "$work/victim"/*
+in_dos DOS2CASH "${reach_out[@]}"
+expect 'a locked one does not' test ! -e "$work/victim/EVIL.TXT"
+in_dos DOS2CASH "config -writeconf $work/victim/EVIL.TXT" 'echo on > AFTER.TXT'
+expect 'nor does it write its settings' test ! -e "$work/victim/EVIL.TXT"
+expect 'the script goes on after that' test -e "$work/AFTER.TXT"
+
+# The build's script glues library and program, after a compiler that has succeeded.
 printf 'LIBRARY' > "$work/RUNTIME.COM"
-printf 'PROGRAM' > "$work/GAME.CHN"
-printf 'DOS2CASH\r\ncopy runtime.com/b + GAME.chn/b GAME.com\r\n' > "$work/TURBOPC.BAT"
-script_length=$(stat -c %s "$work/TURBOPC.BAT")
-in_dos TURBOPC
+# build [COMPILER LINE...]: a build's script whose compiler is these lines; the report of the sizes comes first.
+build() {
+    printf 'PROGRAM' > "$work/GAME.CHN"
+    printf 'old' > "$work/GAME.COM"
+    {
+        printf 'DOS2CASH\r\n'
+        (($# == 0)) || printf '%s\r\n' "$@"
+        printf 'copy runtime.com/b + GAME.chn/b GAME.com\r\n'
+    } > "$work/TURBOPC.BAT"
+    script_length=$(stat -c %s "$work/TURBOPC.BAT")
+    in_dos 'call TURBOPC'
+}
+succeeds='echo Code: 16 bytes > result.txt'
+fails='echo "GAME.PAS",3,1,41,"Unknown identifier" > errors.txt'
+build "$succeeds"
 expect 'library and program are glued' test "$(cat "$work/GAME.COM")" = LIBRARYPROGRAM
 expect 'the script keeps its length' test "$(stat -c %s "$work/TURBOPC.BAT")" = "$script_length"
-printf 'DOS2CASH\r\nTP3 GAME /H > result.txt\r\n' > "$work/TURBOPC.BAT"
-cp "$work/TURBOPC.BAT" "$work/SAME.TXT"
-in_dos_with_code DOS2CASH 0
-expect 'a script without that line stays as it is' cmp -s "$work/TURBOPC.BAT" "$work/SAME.TXT"
+expect 'a success leaves no error' test ! -e "$work/ERRORS.TXT"
+build "$fails"
+expect 'after an error no program is made or changed' test "$(cat "$work/GAME.COM")" = old
+expect 'and the error stays as it is' grep -q '^"GAME.PAS",3,1,41,"Unknown identifier"' "$work/ERRORS.TXT"
+build
+expect 'a compiler that did not run makes no program' test "$(cat "$work/GAME.COM")" = old
+expect 'and is told' test "$(cat "$work/ERRORS.TXT")" = $'"GAME.PAS",1,1,98,"The compiler did not come to its end"\r'
+build 'echo something else > result.txt'
+expect 'nor does one that broke off' grep -q 'did not come to its end' "$work/ERRORS.TXT"
+head -c 9000 /dev/zero > "$work/RUNTIME.COM"
+: > "$work/victim/KEEP.COM"
+rm -f "$work/GAME.COM"
+ln -s victim/KEEP.COM "$work/LINK.COM"
+printf 'PROGRAM' > "$work/LINK.CHN"
+printf 'DOS2CASH\r\n%s\r\ncopy runtime.com/b + LINK.chn/b LINK.com\r\n' "$succeeds" > "$work/TURBOPC.BAT"
+in_dos 'call TURBOPC'
+expect 'a link is replaced, not followed' test ! -L "$work/LINK.COM" -a ! -s "$work/victim/KEEP.COM"
+expect 'by the program' test "$(stat -c %s "$work/LINK.COM")" = 9007
+# As on a full disk, no file can grow beyond a limit (8 blocks of 1024 bytes).
+(trap '' XFSZ; ulimit -f 8; build "$succeeds")
+expect 'a program that the disk does not hold is not left there in part' test ! -e "$work/GAME.COM"
+expect 'and is told' test "$(cat "$work/ERRORS.TXT")" = $'"GAME.PAS",1,1,98,"Disk full: there is no room for the program"\r'
+rm -f "$work/RUNTIME.COM"
+build "$succeeds"
+expect 'no program comes of a library that is not there' test ! -e "$work/GAME.COM" -a -e "$work/ERRORS.TXT"
+
+# A build of a chain image alone has no such line; its outcome is looked at all the same.
+chain_build() {
+    printf 'DOS2CASH\r\n%s\r\n' "$1" > "$work/TURBOPC.BAT"
+    in_dos 'call TURBOPC'
+}
+chain_build "$succeeds"
+expect 'a chain image that was made is no error' test ! -e "$work/ERRORS.TXT"
+chain_build 'echo x > result.txt'
+expect 'one that was not is told' test "$(cat "$work/ERRORS.TXT")" = $'"TP3",1,1,98,"The compiler did not come to its end"\r'
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
