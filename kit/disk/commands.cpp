@@ -5,10 +5,12 @@
 #include "disk/fat_time.h"
 #include "disk/host_files.h"
 #include "disk/msx_name.h"
+#include "disk/packing.h"
 #include "files/host_files.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <map>
 #include <new>
 #include <optional>
@@ -34,6 +36,54 @@ bool isSameFile(const Path& one, const Path& other) {
     return std::filesystem::equivalent(one, other, ignored);
 }
 
+Bytes readFile(const Path& path, std::size_t atMost) {
+    const std::string bytes = files::readWholeFile(path, atMost);
+    return {bytes.begin(), bytes.end()};
+}
+
+/// A device in the place of a file is a slip of the pen: what it holds would be gone.
+void writeFile(const Path& path, const Bytes& content, std::optional<std::time_t> time = {}) {
+    files::writeWholeFile(path, content, {.devices = false, .time = time});
+}
+
+/// Beside an image, the text that names the files that it had no place for.
+constexpr std::string_view leftOutEnding = ".txt";
+constexpr std::string_view leftOutHeading = "Not on this disk image:\r\n";
+
+/// Files that were asked for by a pattern and do not get onto the disk.
+class LeftOutList {
+  public:
+    explicit LeftOutList(Report& report) : report_(report) {}
+
+    void add(const std::string& message) {
+        tell(report_, message + " (left out)");
+        text_ += message + "\r\n";
+    }
+    bool empty() const { return text_.empty(); }
+    /// Puts the text beside the image, or deletes that of an earlier image.
+    void writeBeside(const std::string& image) const {
+        const Path path = pathOf(image + std::string(leftOutEnding));
+        if (!empty()) {
+            const std::string text = std::string(leftOutHeading) + text_;
+            writeFile(path, Bytes(text.begin(), text.end()));
+        } else if (isOurs(path)) {
+            std::error_code ignored;
+            std::filesystem::remove(path, ignored);
+        }
+    }
+
+  private:
+    static bool isOurs(const Path& path) {
+        std::string heading(leftOutHeading.size(), '\0');
+        std::ifstream(path, std::ios::binary)
+            .read(heading.data(), static_cast<std::streamsize>(heading.size()));
+        return heading == leftOutHeading;
+    }
+
+    Report& report_;
+    std::string text_;
+};
+
 /// A file of the host that was asked for.
 struct Candidate {
     Path path;
@@ -44,6 +94,7 @@ struct Candidate {
 std::vector<Candidate> findCandidates(const CommandLine& line) {
     std::vector<Candidate> found;
     const Path image = pathOf(line.image);
+    const Path leftOutText = pathOf(line.image + std::string(leftOutEnding));
     const auto add = [&](const Path& path, bool named) {
         const auto isThis = [&](const Candidate& other) { return isSameFile(other.path, path); };
         if (std::none_of(found.begin(), found.end(), isThis))
@@ -67,7 +118,7 @@ std::vector<Candidate> findCandidates(const CommandLine& line) {
         if (fitting.empty())
             throw UnusableFiles(name + ": there are no such files");
         for (const Path& file : fitting) {
-            if (!isSameFile(file, image))
+            if (!isSameFile(file, image) && !isSameFile(file, leftOutText))
                 add(file, false);
         }
     }
@@ -77,10 +128,10 @@ std::vector<Candidate> findCandidates(const CommandLine& line) {
 /// Gives each file its name on the disk. Files that were named come first, then those whose names are whole.
 class NameGiver {
   public:
-    explicit NameGiver(Report& report) : report_(report) {}
+    NameGiver(Report& report, LeftOutList& leftOut) : report_(report), leftOut_(leftOut) {}
 
     /// @throws UnusableFiles when a file that was named cannot get a name of its own
-    std::map<Name83, Path> give(const std::vector<Candidate>& candidates) {
+    std::map<Name83, Candidate> give(const std::vector<Candidate>& candidates) {
         for (const bool named : {true, false}) {
             for (const bool cut : {false, true}) {
                 for (const Candidate& candidate : candidates) {
@@ -93,18 +144,16 @@ class NameGiver {
         return std::move(given_);
     }
 
-    bool leftOut() const { return leftOut_; }
-
   private:
     void give(const Candidate& candidate, const MsxName& name) {
         const std::string path = textOf(candidate.path);
         if (!name.name)
             return refuse(candidate, path + ": not a name for an MSX disk: " + name.problem);
-        const auto [place, isNew] = given_.try_emplace(*name.name, candidate.path);
+        const auto [place, isNew] = given_.try_emplace(*name.name, candidate);
         const std::string onDisk = displayName(*name.name);
         if (!isNew)
             return refuse(candidate, path + ": would be " + onDisk + " on the disk, as " +
-                                         textOf(place->second) + " is");
+                                         textOf(place->second.path) + " is");
         if (name.cut)
             report_.output += path + " becomes " + onDisk + "\n";
     }
@@ -112,39 +161,62 @@ class NameGiver {
     void refuse(const Candidate& candidate, const std::string& message) {
         if (candidate.named)
             throw UnusableFiles(message);
-        tell(report_, message + " (left out)");
-        leftOut_ = true;
+        leftOut_.add(message);
     }
 
     Report& report_;
-    std::map<Name83, Path> given_;
-    bool leftOut_ = false;
+    LeftOutList& leftOut_;
+    std::map<Name83, Candidate> given_;
 };
-
-Bytes readFile(const Path& path, std::size_t atMost) {
-    const std::string bytes = files::readWholeFile(path, atMost);
-    return {bytes.begin(), bytes.end()};
-}
-
-/// A device in the place of a file is a slip of the pen: what it holds would be gone.
-void writeFile(const Path& path, const Bytes& content, std::optional<std::time_t> time = {}) {
-    files::writeWholeFile(path, content, {.devices = false, .time = time});
-}
 
 DiskImage openImage(const std::string& image) {
     return DiskImage(readFile(pathOf(image), 2 * largestImage));
 }
 
+/// Reads the files. One that was not named and cannot be read is left out.
+std::vector<PackedFile> readCandidates(const std::map<Name83, Candidate>& candidates, LeftOutList& leftOut) {
+    std::vector<PackedFile> files;
+    for (const auto& [name, candidate] : candidates) {
+        try {
+            const std::time_t written = files::timeOf(candidate.path);
+            files.push_back({{name, readFile(candidate.path, largestImage), fatTimeOf(written)},
+                             textOf(candidate.path),
+                             candidate.named,
+                             written});
+        } catch (const FileError& error) {
+            if (candidate.named)
+                throw;
+            leftOut.add(error.what());
+        }
+    }
+    return files;
+}
+
+/// Adds all files, or those that the disk has room for.
+void pack(DiskImage& image, const std::vector<PackedFile>& files, LeftOutList& leftOut) {
+    std::vector<NewFile> all;
+    for (const PackedFile& file : files)
+        all.push_back(file.file);
+    try {
+        image.add(all);
+    } catch (const DiskError&) {
+        for (const LeftOut& file : addWhatFits(image, files))
+            leftOut.add(file.path + ": " + file.reason);
+    }
+}
+
 ExitCode add(const CommandLine& line, Report& report) {
-    NameGiver names(report);
+    LeftOutList leftOut(report);
+    const Path path = pathOf(line.image);
     // An image that only cannot be seen at the moment must not give way to a new one.
-    DiskImage image = isThere(pathOf(line.image)) ? openImage(line.image) : DiskImage();
-    std::vector<NewFile> files;
-    for (const auto& [name, path] : names.give(findCandidates(line)))
-        files.push_back({name, readFile(path, largestImage), fatTimeOf(files::timeOf(path))});
-    image.add(files);
-    writeFile(pathOf(line.image), image.bytes());
-    return names.leftOut() ? doneInPart : done;
+    const bool isNew = !isThere(path);
+    DiskImage image = isNew ? DiskImage() : openImage(line.image);
+    pack(image, readCandidates(NameGiver(report, leftOut).give(findCandidates(line)), leftOut), leftOut);
+    if (std::error_code ignored; isNew && path.has_parent_path())
+        std::filesystem::create_directories(path.parent_path(), ignored); // the image's write will tell
+    writeFile(path, image.bytes());
+    leftOut.writeBeside(line.image);
+    return leftOut.empty() ? done : doneInPart;
 }
 
 ExitCode list(const CommandLine& line, Report& report) {

@@ -4,6 +4,7 @@
 #include "files/host_files.h"
 #include "tests/disk/support.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -148,12 +149,53 @@ TEST_F(Commands, AFullDiskOrDirectoryLeavesTheImageWhole) {
     const Bytes before = read("d.dsk");
     EXPECT_EQ(tool({"A", path("d.dsk"), path("big")}), failed);
     EXPECT_NE(report.errors.find("the disk is full"), std::string::npos);
-    for (int i = 0; i < 112; ++i)
+    EXPECT_EQ(tool({"A", path("d.dsk"), path("bi*")}), failed) << "not even the one that a pattern finds";
+    std::vector<std::string> all = {"A", path("d.dsk")};
+    for (int i = 0; i < 112; ++i) {
         write("many/" + std::to_string(i), {1});
-    EXPECT_EQ(tool({"A", path("d.dsk"), path("many/*.*")}), failed);
+        all.push_back(path("many/" + std::to_string(i)));
+    }
+    EXPECT_EQ(tool(all), failed);
     EXPECT_NE(report.errors.find("directory of the disk is full"), std::string::npos);
     EXPECT_EQ(read("d.dsk"), before);
+    EXPECT_FALSE(fs::exists(folder / "d.dsk.txt"));
 }
+
+TEST_F(Commands, OfAFolderThatIsTooMuchForADiskTheRestIsNamedBesideTheImage) {
+    write("p/GAME.COM", pattern(20'000, 1));
+    for (int i = 0; i < 112; ++i)
+        write("p/F" + std::to_string(i) + ".DAT", {1});
+    write("p/with blank", {4});
+    EXPECT_EQ(tool({"A", path("disks/new/d.dsk"), path("p/*.*")}), doneInPart)
+        << "the image's folder is made";
+    const DiskImage image(read("disks/new/d.dsk"));
+    EXPECT_EQ(image.list().size(), 112U);
+    EXPECT_EQ(test::contentOf(image, "GAME.COM"), pattern(20'000, 1));
+    const Bytes bytes = read("disks/new/d.dsk.txt");
+    const std::string text(bytes.begin(), bytes.end());
+    EXPECT_EQ(text.find("Not on this disk image:\r\n"), 0U) << text;
+    EXPECT_NE(text.find("with blank: not a name for an MSX disk: it holds a blank\r\n"), std::string::npos)
+        << text;
+    EXPECT_NE(text.find(".DAT: the directory of the disk is full"), std::string::npos) << text;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
+
+    fs::remove(folder / "disks/new/d.dsk");
+    ASSERT_EQ(tool({"A", path("disks/new/d.dsk"), path("p/GAME.COM")}), done) << report.errors;
+    EXPECT_FALSE(fs::exists(folder / "disks/new/d.dsk.txt")) << "it spoke of an earlier image";
+    write("disks/new/d.dsk.txt", {'m', 'i', 'n', 'e'});
+    ASSERT_EQ(tool({"A", path("disks/new/d.dsk"), path("p/GAME.COM")}), done);
+    EXPECT_EQ(read("disks/new/d.dsk.txt"), (Bytes{'m', 'i', 'n', 'e'})) << "a text of somebody else's stays";
+}
+
+#ifndef _WIN32
+TEST_F(Commands, WhatAPatternFindsAndCannotBeReadIsLeftOut) {
+    write("p/GAME.COM", {1});
+    fs::create_symlink("nowhere", folder / "p/LOST.DAT");
+    EXPECT_EQ(tool({"A", path("d.dsk"), path("p/*.*")}), doneInPart);
+    EXPECT_EQ(onDisk(), Names{"GAME.COM"});
+    EXPECT_TRUE(fs::exists(folder / "d.dsk.txt"));
+}
+#endif
 
 TEST_F(Commands, ExtractsWhatWasAskedFor) {
     for (const char* const name : {"a.pas", "b.pas", "c.inc"})
