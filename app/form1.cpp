@@ -321,6 +321,10 @@ bool Form1::isInProgressWindow(HWND window) const {
 }
 
 bool Form1::handleFirst(MSG& message) {
+    if (message.message == WM_KEYDOWN && message.wParam == VK_CANCEL) { // Ctrl+Break, wherever the focus is
+        processes_.breakOff();
+        return true;
+    }
     const bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd) != 0 ||
                       (isInProgressWindow(message.hwnd) && isFunctionKey(message));
     return ours && TranslateAcceleratorA(window_, accelerators_, &message) != 0;

@@ -1,17 +1,22 @@
 #include "build/compilation.h"
 
+#include "build/build_check.h"
 #include "build/compiler_results.h"
 #include "project/editor_file.h"
 #include "project/file_switching.h"
 #include "project/project_commands.h"
+#include "util/code_page.h"
 #include "util/files.h"
 #include "util/paths.h"
 #include "util/runtime_error.h"
+#include "util/text.h"
 #include "util/text_input.h"
 
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tavrel {
@@ -26,12 +31,22 @@ void showErrorPicture(ProgressWindow& progress) {
     progress.enableTimer2(true);
 }
 
-void refuseLargeFolder(Workspace& workspace, ProgressWindow& progress) {
+void refuse(Workspace& workspace, ProgressWindow& progress, const std::string& why) {
     progress.show();
     showErrorPicture(progress);
-    progress.setText("The project directory \r\n" + workspace.project.Folder +
-                     "\r\ncannot have more than 720kb of files");
+    progress.setText(why);
     workspace.display.setWaitPointer(false);
+}
+
+/// The words of the window have always been these; the status line names the cause and the way out.
+void refuseLargeFolder(Workspace& workspace, ProgressWindow& progress, const std::string& folder) {
+    refuse(workspace, progress,
+           "The project directory \r\n" + folder + "\r\ncannot have more than 720kb of files");
+    const bool holdsTavrel = upperCase(workspace.AppDir).starts_with(upperCase(folder));
+    workspace.display.setPanel(StatusPanel::message,
+                               holdsTavrel
+                                   ? "Tavrel itself lies in this folder: give the project a folder of its own"
+                                   : "All files of the folder count: leave only the program's there");
 }
 
 constexpr const char* loader = "DOS2CASH.COM";
@@ -39,14 +54,13 @@ constexpr const char* compiler = "TP3.EXE";
 constexpr const char* runtime = "RUNTIME.COM";
 constexpr const char* script = "turbopc.bat";
 
-/// Bytes in the folder, without those of the kit: a build that was killed may have left it there, and this
-/// one will take it away.
-std::uint64_t projectSize(const std::string& folder) {
-    const std::uint64_t all = GetFolderSize(folder, "*.*", true);
-    std::uint64_t kit = 0;
+/// Whether the folder holds more than a disk does. The kit does not count: a build that was killed may have
+/// left it there, and this one will delete it.
+bool isTooLarge(const std::string& folder) {
+    std::uint64_t limit = largestProjectFolder;
     for (const char* const name : {loader, compiler, runtime, script})
-        kit += GetFolderSize(folder, name, false);
-    return all > kit ? all - kit : 0;
+        limit += GetFolderSize(folder, name, false);
+    return GetFolderSize(folder, "*.*", true, limit) > limit;
 }
 
 /// The kit's files in the project folder. Whatever ends the build, they do not stay there.
@@ -84,19 +98,48 @@ class KitCopies {
 
 /// While a build runs, its launcher is held open. A second build of the same project needs the same words in
 /// it.
-void writeLauncher(const std::string& path, const std::string& text) {
+void writeLauncher(const std::string& path, const std::string& ansiText) {
+    const std::string text = oemText(ansiText).value_or(ansiText); // the command interpreter's code page
     if (!FileExists(path) || readWholeFile(path) != text)
         writeTemporaryFile(path, text);
 }
 
-/// Puts the kit into the project folder, runs the compiler, and takes the kit out again.
+/// Says in the status line that a build takes long and how it is ended, as long as it runs.
+class LongBuildNotice {
+  public:
+    LongBuildNotice(MainWindowDisplay& display, ProcessRunner& processes)
+        : display_(display), processes_(processes), former_(std::move(processes.waitIsLong)) {
+        processes_.waitIsLong = [this] {
+            shown_ = true;
+            display_.setPanel(StatusPanel::message, "The build takes long. Ctrl+Break ends it.");
+        };
+    }
+    ~LongBuildNotice() {
+        processes_.waitIsLong = std::move(former_);
+        if (shown_)
+            display_.setPanel(StatusPanel::message, "");
+    }
+    LongBuildNotice(const LongBuildNotice&) = delete;
+    LongBuildNotice& operator=(const LongBuildNotice&) = delete;
+
+  private:
+    MainWindowDisplay& display_;
+    ProcessRunner& processes_;
+    std::function<void()> former_; ///< of a build that this one was started in
+    bool shown_ = false;
+};
+
+/// Puts the kit into the project folder, runs the compiler, and deletes the kit again.
 void runCompiler(const Workspace& workspace, ProcessRunner& processes, const std::string& folder) {
     const std::string kit = workspace.AppDir + "compiler\\";
     KitCopies copies(folder);
     for (const char* const name : {loader, compiler, runtime, script})
         copies.add(kit, name);
     writeLauncher(kit + "rundb.bat", launchScript(workspace.AppDir, folder));
-    processes.ShellAndWait(kit + "rundb.bat", false, true);
+    {
+        const LongBuildNotice notice(workspace.display, processes);
+        processes.ShellAndWait(kit + "rundb.bat", false, true);
+    }
     for (const char* const name : {compiler, loader, runtime, script})
         copies.remove(name);
     for (const char* const name : {"stderr.txt", "stdout.txt"})
@@ -159,7 +202,8 @@ bool saveTypedText(Workspace& workspace) {
             throw RuntimeError(RuntimeErrorNumber::subscriptOutOfRange);
         // After a switch the current file is a tree index and may name the entry of another file, which then
         // gets the text. It has always been so; rescue copies of both are kept.
-        saveEditorText(workspace, project.Folder + project.Files[project.CurrentFile].FileName, false);
+        saveEditorText(workspace, project.Folder + bareFileName(project.Files[project.CurrentFile].FileName),
+                       false);
     }
     if (answer == Answer::no)
         rescueEditorText(workspace);
@@ -229,14 +273,34 @@ bool reportResults(Workspace& workspace, ProgressWindow& progress, const std::st
     return !failed;
 }
 
+/// The user ended the build. What it left half-way is no program, and no error of the source.
+void reportBrokenOff(Workspace& workspace, ProgressWindow& progress, const std::string& folder,
+                     const std::string& program) {
+    for (const std::string& name :
+         {program, std::string("errors.txt"), std::string("result.txt"), std::string("TP3OUT.$$$"),
+          std::string("stderr.txt"), std::string("stdout.txt")})
+        deleteFileIfPossible(folder + name);
+    refuse(workspace, progress, "The build was broken off. No program was made.");
+    workspace.lastBuild = {workspace.lastBuild.number + 1, folder, false};
+}
+
 bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output output) {
     const Project& project = workspace.project;
     const std::string folder = project.Folder; // the user may open another project while the compiler runs
     const std::string programName = mainProgramName(workspace.tree.node(2).text);
+    requireCompiler(workspace.AppDir);
+    if (const auto why = whyFoldersAreRefused(workspace.AppDir, folder)) {
+        workspace.messages.show(*why, "Tavrel", Icon::critical, Buttons::ok);
+        return false;
+    }
     workspace.display.setWaitPointer(true);
+    if (const auto why = whyProjectIsRefused(folder, programName)) {
+        refuse(workspace, tools.progress, *why);
+        return false;
+    }
     deleteOldOutput(workspace, programName, output);
-    if (projectSize(folder) > largestProjectFolder) {
-        refuseLargeFolder(workspace, tools.progress);
+    if (isTooLarge(folder)) {
+        refuseLargeFolder(workspace, tools.progress, folder);
         return true;
     }
     tools.progress.show();
@@ -248,6 +312,10 @@ bool compileAndReport(Workspace& workspace, const BuildTools& tools, Output outp
     } catch (const RuntimeError&) {
         tools.progress.close(); // it would go on telling of a compilation that is over
         throw;
+    } catch (const WaitBrokenOff&) {
+        reportBrokenOff(workspace, tools.progress, folder,
+                        programName + (output == Output::chn ? ".chn" : ".com"));
+        return false;
     }
     // A build of the same project, started while this one waited, has shown what the compiler left and taken
     // it away; without it an error would now be followed by the news of a success.
@@ -275,8 +343,8 @@ bool DoCompilation(Workspace& workspace, const BuildTools& tools, Output output)
 }
 
 void compileCommand(Workspace& workspace, const BuildTools& tools, Output output) {
-    saveModifiedText(workspace);
-    DoCompilation(workspace, tools, output);
+    if (saveModifiedText(workspace))
+        DoCompilation(workspace, tools, output);
 }
 
 } // namespace tavrel

@@ -17,8 +17,9 @@ struct BuildTools {
 /// Largest project folder that can be built: it must fit on one MSX disk.
 constexpr unsigned long largestProjectFolder = 720UL * 1024;
 
-/// Builds the project. False only when the compiler reported an error: a build refused for want of a project
-/// or for a folder that is too large gives true as well. Throws RuntimeError when a file of the kit or of the
+/// Builds the project. False when the compiler reported an error, when the build was not begun because it
+/// could not end well (build_check.h), and when the user broke it off. A build refused for want of a project
+/// or for a folder that is too large gives true. Throws RuntimeError when a file of the kit or of the
 /// project folder cannot be copied or deleted; what had been copied into the project folder is then removed
 /// again.
 bool DoCompilation(Workspace& workspace, const BuildTools& tools, Output output);

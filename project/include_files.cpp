@@ -69,6 +69,7 @@ void newIncludeFile(Workspace& workspace) {
     request.title = "New Include file";
     request.filter = "Include files (*.inc, *.lib) | *.inc; *.lib";
     request.initialFolder = workspace.project.Folder;
+    request.extension = "inc";
     const std::string chosen = workspace.dialogs.showSaveDialog(request);
     if (chosen.empty())
         return;

@@ -82,6 +82,7 @@ void newProject(Workspace& workspace, const std::string& dialogResult) {
     request.title = "New File";
     request.filter = "Pascal files (*.pas) | *.pas";
     request.initialFolder = workspace.LastDir;
+    request.extension = "pas";
     const std::string chosen = workspace.dialogs.showSaveDialog(request);
     if (chosen.empty())
         return;

@@ -25,15 +25,28 @@ std::string askForFile(Workspace& workspace, const std::string& filter) {
     return workspace.dialogs.ShowOpenDialog(request);
 }
 
-/// Where the project is saved; "" when the user gives no name.
+/// A project's name comes from a file that somebody else may have written. One that leads out of the folder
+/// becomes no path.
+bool canNameFile(Workspace& workspace, const std::string& name) {
+    if (isFileName(name))
+        return true;
+    workspace.messages.show("\"" + name +
+                                "\" cannot be the name of a file. Nothing was written.\r\n"
+                                "Give the project another name in Project Properties.",
+                            "Tavrel", Icon::critical, Buttons::ok);
+    return false;
+}
+
+/// Where the project is saved; "" when there is no name for it.
 std::string projectTarget(Workspace& workspace) {
     const Project& project = workspace.project;
     if (project.Name != unnamedProject)
-        return project.Folder + project.Name + ".tpj";
+        return canNameFile(workspace, project.Name) ? project.Folder + project.Name + ".tpj" : "";
     SaveDialogRequest request;
     request.title = "Save Project";
     request.filter = "Turbo Pascal Projects (*.tpj) | *.tpj";
     request.initialFolder = project.Folder;
+    request.extension = "tpj";
     request.proposedPath =
         project.Folder + replaceIgnoringCase(workspace.tree.node(2).text, ".pas", "") + ".tpj";
     return workspace.dialogs.showSaveDialog(request);
@@ -116,9 +129,13 @@ void openRecentEntry(Workspace& workspace, std::size_t index) {
 
 /// With the root selected the text goes into a file of the project's name, as it always has; a rescue copy of
 /// it is kept, since its own file does not get it.
-void saveModifiedText(Workspace& workspace) {
-    if (workspace.editor.modified() && workspace.tree.count() > 0)
-        saveEditorText(workspace, workspace.project.Folder + workspace.tree.selectedText(), false);
+bool saveModifiedText(Workspace& workspace) {
+    if (!workspace.editor.modified() || workspace.tree.count() == 0)
+        return true;
+    if (!canNameFile(workspace, workspace.tree.selectedText()))
+        return false;
+    saveEditorText(workspace, workspace.project.Folder + workspace.tree.selectedText(), false);
+    return true;
 }
 
 } // namespace tavrel

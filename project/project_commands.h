@@ -19,7 +19,7 @@ void saveCurrentFile(Workspace& workspace);
 /// Opens the entry `index` (0 to 4) of the recent list.
 void openRecentEntry(Workspace& workspace, std::size_t index);
 /// What every compile command does first: modified text is saved, without asking, under the selected node's
-/// text.
-void saveModifiedText(Workspace& workspace);
+/// text. False when that cannot be the name of a file: a message says so and nothing is written.
+bool saveModifiedText(Workspace& workspace);
 
 } // namespace tavrel

@@ -10,7 +10,7 @@ struct ProjectFileContent {
     std::string name;
     std::int16_t startAddress = 0;
     std::int16_t endAddress = 0;
-    std::string mainFile; ///< the whole fourth line
+    std::string mainFile; ///< the whole fourth line; only the name counts, without any folder
 
     bool operator==(const ProjectFileContent&) const = default;
 };

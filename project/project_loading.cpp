@@ -45,39 +45,65 @@ void addRootAndMainFile(Workspace& workspace, const std::string& fileName) {
     tree.select(main);
 }
 
-/// Includes named in the main file, as it stands in the editor. `counter` makes keys unique.
-void addDirectIncludes(Workspace& workspace, std::size_t& counter) {
+/// Finds include files. A few lines can name millions of them, so there is an end to nodes and to look-ups.
+class IncludeSearch {
+  public:
+    explicit IncludeSearch(Workspace& workspace) : workspace_(workspace) {}
+
+    /// The include file that a line names, if there is one.
+    std::optional<std::string> find(std::string_view line) {
+        std::optional<std::string> name = includeName(line);
+        if (!name || exhausted_)
+            return std::nullopt;
+        if (workspace_.tree.count() >= mostTreeNodes || ++lookUps_ > mostLookUps) {
+            exhausted_ = true;
+            return std::nullopt;
+        }
+        return FileExists(workspace_.project.Folder + *name) ? name : std::nullopt;
+    }
+    bool exhausted() const { return exhausted_; }
+    std::size_t counter = 1; ///< makes keys unique
+
+  private:
+    static constexpr std::size_t mostLookUps = 10'000;
+
+    Workspace& workspace_;
+    std::size_t lookUps_ = 0;
+    bool exhausted_ = false;
+};
+
+/// Includes named in the main file, as it stands in the editor.
+void addDirectIncludes(Workspace& workspace, IncludeSearch& search) {
     Project& project = workspace.project;
     const long lines = workspace.editor.lineCount();
-    for (long line = 0; line < lines; ++line) {
-        const std::optional<std::string> name = includeName(workspace.editor.lineText(line));
-        if (!name || !FileExists(project.Folder + *name))
+    for (long line = 0; line < lines && !search.exhausted(); ++line) {
+        const std::optional<std::string> name = search.find(workspace.editor.lineText(line));
+        if (!name)
             continue;
-        const std::string key = *name + std::to_string(counter);
-        const std::size_t node = workspace.tree.add(2, key, GetFileName(*name), TreeImage::includeFile);
+        const std::string key = *name + std::to_string(search.counter++);
+        const std::size_t node = workspace.tree.add(2, key, bareFileName(*name), TreeImage::includeFile);
         project.Files.push_back({*name, key, static_cast<std::int32_t>(node), {}});
-        ++counter;
     }
 }
 
-void addIncludesOfNode(Workspace& workspace, std::size_t node, std::size_t& counter) {
+void addIncludesOfNode(Workspace& workspace, std::size_t node, IncludeSearch& search) {
     TextInput file = TextInput::open(workspace.project.Folder + workspace.tree.node(node).text);
-    while (!file.atEnd()) {
-        const std::optional<std::string> name = includeName(file.line());
-        if (!name || !FileExists(workspace.project.Folder + *name))
+    while (!file.atEnd() && !search.exhausted()) {
+        const std::optional<std::string> name = search.find(file.line());
+        if (!name)
             continue;
-        ++counter;
         workspace.tree.setImage(node, TreeImage::expanded);
-        workspace.tree.add(node, *name + std::to_string(counter), GetFileName(*name), TreeImage::includeFile);
+        workspace.tree.add(node, *name + std::to_string(++search.counter), bareFileName(*name),
+                           TreeImage::includeFile);
     }
 }
 
 /// Includes named in include files: one further level only, since the nodes added here are not scanned.
-void addNestedIncludes(Workspace& workspace, std::size_t& counter) {
+void addNestedIncludes(Workspace& workspace, IncludeSearch& search) {
     const std::size_t count = workspace.tree.count();
-    for (std::size_t node = 3; node <= count; ++node) {
+    for (std::size_t node = 3; node <= count && !search.exhausted(); ++node) {
         try {
-            addIncludesOfNode(workspace, node, counter);
+            addIncludesOfNode(workspace, node, search);
         } catch (const RuntimeError& error) {
             workspace.messages.show("The include file " + workspace.tree.node(node).text +
                                         " cannot be read: " + std::string(error.text()),
@@ -132,10 +158,13 @@ void LoadProject(Workspace& workspace, const std::string& path) {
     // Where a save goes to, even if the file was located elsewhere.
     workspace.editorFile.path = workspace.project.Folder + GetFileName(mainFile);
     addRootAndMainFile(workspace, GetFileName(mainFile));
-    std::size_t counter = 1;
-    addDirectIncludes(workspace, counter);
+    IncludeSearch search(workspace);
+    addDirectIncludes(workspace, search);
     if (workspace.tree.count() >= 3)
-        addNestedIncludes(workspace, counter);
+        addNestedIncludes(workspace, search);
+    if (search.exhausted())
+        workspace.messages.show("The project includes too many files. The tree shows the first of them only.",
+                                "Tavrel", Icon::information, Buttons::ok);
     workspace.project.CurrentFile = 1;
     workspace.editor.setModified(false);
     workspace.tree.select(2);
@@ -154,7 +183,7 @@ void RefreshProject(Workspace& workspace) {
         // A bare file name, taken from the process's current folder, and after a switch the entry of another
         // file. Both have always been so. When the current folder is the project's, the text of one file
         // therefore goes into another; rescue copies of both are kept.
-        saveEditorText(workspace, project.Files[project.CurrentFile].FileName, false);
+        saveEditorText(workspace, bareFileName(project.Files[project.CurrentFile].FileName), false);
     }
     LoadProject(workspace, project.Folder + workspace.tree.node(2).text);
 }
@@ -174,7 +203,7 @@ bool openProjectFile(Workspace& workspace, const std::string& path) {
     workspace.project.Name = content.name;
     workspace.project.StartAddress = content.startAddress;
     workspace.project.EndAddress = content.endAddress;
-    LoadProject(workspace, AddBackslash(GetFilePath(path)) + GetFileName(content.mainFile));
+    LoadProject(workspace, AddBackslash(GetFilePath(path)) + bareFileName(content.mainFile));
     return true;
 }
 

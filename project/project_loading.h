@@ -3,9 +3,13 @@
 
 #include "project/workspace.h"
 
+#include <cstddef>
 #include <string>
 
 namespace tavrel {
+
+/// A tree with more nodes is not a program's: includes beyond are left out, and a message says so.
+constexpr std::size_t mostTreeNodes = 500;
 
 /// Loads the main file at `path` (a full path) into the editor and rebuilds everything that hangs on it:
 /// tree, file list, project commands, routine index. Name and addresses of the project are set before. A

@@ -14,6 +14,13 @@ std::string dialogFilter(std::string_view filter) {
     return result;
 }
 
+std::string systemFilter(std::string_view filter) {
+    std::string result = dialogFilter(filter);
+    if (std::count(result.begin(), result.end(), '\0') == 1)
+        result += result;
+    return result + '\0';
+}
+
 std::string pathFromDialogBuffer(std::string_view buffer) {
     std::string path = trimBlanks(buffer);
     if (!path.empty() && path.back() == '\0')

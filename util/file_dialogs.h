@@ -18,6 +18,7 @@ struct SaveDialogRequest {
     std::string title;
     std::string initialFolder;
     std::string proposedPath; ///< preset in the name field; may be empty
+    std::string extension;    ///< put behind a name that has none; without a point
 };
 
 /// The role of the file dialogs; a test answers in the user's place.
@@ -35,6 +36,10 @@ class FileDialogs {
 /// The filter in the dialog's own form: a bar is added at the end unless there is one, and every bar becomes
 /// a zero character. Blanks beside the bars stay.
 std::string dialogFilter(std::string_view filter);
+
+/// The same as the system wants it: a lone part is description and pattern, and one more zero character than
+/// a text has by itself ends the list.
+std::string systemFilter(std::string_view filter);
 
 /// The path in the buffer that an open dialog filled: blanks trimmed from both ends, then one zero character
 /// at the end taken off.

@@ -94,18 +94,21 @@ void copyFile(const std::string& from, const std::string& to) {
     writeWholeFile(to, readWholeFile(from));
 }
 
-std::uint64_t GetFolderSize(const std::string& folder, const std::string& pattern, bool recurse) {
+std::uint64_t GetFolderSize(const std::string& folder, const std::string& pattern, bool recurse,
+                            std::uint64_t limit) {
     const std::string base = AddBackslash(folder);
     std::uint64_t total = 0;
     for (const FolderEntry& entry : listFolder(base, pattern)) {
         if (!entry.isFolder)
             total += entry.size;
     }
-    if (recurse) {
-        for (const FolderEntry& entry : listFolder(base, "*")) {
-            if (entry.isFolder)
-                total += GetFolderSize(base + entry.name, pattern, true);
-        }
+    if (!recurse)
+        return total;
+    for (const FolderEntry& entry : listFolder(base, "*")) {
+        if (total > limit)
+            break;
+        if (entry.isFolder && !entry.isLink)
+            total += GetFolderSize(base + entry.name, pattern, true, limit - total);
     }
     return total;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,7 @@ struct FolderEntry {
     std::string name;
     std::uint64_t size = 0; ///< bytes; 0 for a folder
     bool isFolder = false;
+    bool isLink = false; ///< what it leads to lies elsewhere, or is a folder above
 };
 
 /// The entries of a folder (which ends in a backslash) that match a pattern such as "*.*" or "*.pas", without
@@ -47,7 +49,9 @@ struct FolderEntry {
 std::vector<FolderEntry> listFolder(const std::string& folder, const std::string& pattern);
 
 /// Total size in bytes of the files that match `pattern` in `folder`, with those of all folders below when
-/// `recurse` is set. The folder may come without its final backslash.
-std::uint64_t GetFolderSize(const std::string& folder, const std::string& pattern, bool recurse);
+/// `recurse` is set. The folder may come without its final backslash. Links to folders are not followed. The
+/// counting ends once the total is above `limit`.
+std::uint64_t GetFolderSize(const std::string& folder, const std::string& pattern, bool recurse,
+                            std::uint64_t limit = std::numeric_limits<std::uint64_t>::max());
 
 } // namespace tavrel

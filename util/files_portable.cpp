@@ -55,8 +55,11 @@ std::vector<FolderEntry> listFolder(const std::string& folder, const std::string
         if (name == "." || name == ".." || stat((base + name).c_str(), &status) != 0 ||
             fnmatch(match.c_str(), name.c_str(), FNM_CASEFOLD) != 0)
             continue;
+        struct stat own = {};
+        const bool isLink = lstat((base + name).c_str(), &own) == 0 && S_ISLNK(own.st_mode);
         const bool isFolder = S_ISDIR(status.st_mode);
-        entries.push_back({name, isFolder ? 0U : static_cast<std::uint64_t>(status.st_size), isFolder});
+        const auto size = isFolder ? 0U : static_cast<std::uint64_t>(status.st_size);
+        entries.push_back({name, size, isFolder, isLink});
     }
     return entries;
 }

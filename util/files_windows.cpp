@@ -38,7 +38,8 @@ std::vector<FolderEntry> listFolder(const std::string& folder, const std::string
             continue;
         const bool isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         const std::uint64_t size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
-        entries.push_back({name, isFolder ? 0U : size, isFolder});
+        const bool isLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+        entries.push_back({name, isFolder ? 0U : size, isFolder, isLink});
     } while (FindNextFileA(search.get(), &data) != 0);
     return entries;
 }

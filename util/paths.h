@@ -12,6 +12,14 @@ std::string GetFilePath(std::string_view path);
 /// What stands behind the last backslash; the text itself when there is none.
 std::string GetFileName(std::string_view path);
 
+/// The name alone of a path that somebody else wrote: without any folder or drive, whichever separator made
+/// it.
+std::string bareFileName(std::string_view path);
+
+/// Whether a text can be the name of a file in a folder: no part of it leads elsewhere, and it names no
+/// device.
+bool isFileName(std::string_view text);
+
 /// The text with a backslash behind it, unless its last character is one. "" becomes a single backslash.
 std::string AddBackslash(std::string_view text);
 

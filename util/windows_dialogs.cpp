@@ -77,7 +77,7 @@ Answer WindowsMessageBoxes::show(const std::string& text, const std::string& tit
 }
 
 std::string WindowsFileDialogs::ShowOpenDialog(const OpenDialogRequest& request) {
-    const std::string filter = dialogFilter(request.filter);
+    const std::string filter = systemFilter(request.filter);
     std::string file(bufferLength, ' ');
     std::string fileTitle(bufferLength, ' ');
     // A buffer that starts with blanks would come up as the name "   "; the dialog is given an empty name and
@@ -96,12 +96,13 @@ std::string WindowsFileDialogs::ShowOpenDialog(const OpenDialogRequest& request)
 }
 
 std::string WindowsFileDialogs::showSaveDialog(const SaveDialogRequest& request) {
-    const std::string filter = dialogFilter(request.filter);
+    const std::string filter = systemFilter(request.filter);
     std::array<char, bufferLength + 1> file{};
     request.proposedPath.copy(file.data(), bufferLength);
     OPENFILENAMEA record = dialogRecord(ownerNow(owner_), filter, request.title, request.initialFolder);
     record.lpstrFile = file.data();
     record.nMaxFile = static_cast<DWORD>(file.size());
+    record.lpstrDefExt = request.extension.empty() ? nullptr : request.extension.c_str();
     record.Flags = openDialogFlags(false) | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST;
     if (lateFunction<decltype(GetSaveFileNameA)>("comdlg32.dll", "GetSaveFileNameA")(&record) == 0)
         return {};

@@ -189,6 +189,7 @@ void ConverterWindow::savePicture() {
     const std::string extension = conversion_->screen->extension;
     request.filter = "MSX picture (*" + extension + ")|*" + extension;
     request.proposedPath = proposedName(path_, conversion_->screen->extension);
+    request.extension = extension.substr(1); // the system puts the point before it
     const std::string path = dialogs_.showSaveDialog(request);
     if (!path.empty())
         tavrel::writeWholeFile(path, pictureFile(conversion_->memory));
@@ -200,6 +201,7 @@ void ConverterWindow::savePalette() {
     const std::string extension = conversion_->screen->paletteExtension;
     request.filter = "MSX palette (*" + extension + ")|*" + extension + "|Pascal include file (*.inc)|*.inc";
     request.proposedPath = proposedName(path_, conversion_->screen->paletteExtension);
+    request.extension = extension.substr(1);
     const std::string path = dialogs_.showSaveDialog(request);
     if (!path.empty())
         tavrel::writeWholeFile(path, paletteContent(*conversion_, holdsPascal(path)));

@@ -32,10 +32,13 @@ struct MainWindow : testing::Test {
         settings.OpenNewProjectAtStart = storedFalse; // else a dialog would wait for its user
         writeSettings(program.path(), settings);
         program.makeFolder("help");
-        program.makeFolder("compiler");
+        program.makeFolder("compiler\\DOSBox-0.74");
+        program.makeFolder("dsk");
         program.write("help\\autocomplete.txt", "Abs(X)\r\nWriteLn(...)\r\n");
-        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM"})
+        for (const char* const name :
+             {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM", "temp.conf", "DOSBox-0.74\\DOSBox.exe"})
             program.write(std::string("compiler\\") + name, name);
+        program.write("dsk\\dsktool.exe", "dsktool.exe");
         folder.write("A.INC", "one\r\ntwo\r\n");
         folder.write("M.PAS", "program M;\r\n{$I A.INC}\r\nbegin end.\r\n");
         folder.write("M.TPJ", "Demo\r\n2E9B\r\nD200\r\nM.PAS\r\n");

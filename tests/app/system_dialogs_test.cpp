@@ -13,6 +13,7 @@ namespace {
 
 struct SystemDialogs : test::MainWindow {
     WindowsFileDialogs system;
+    std::string filter = "Pascal files (*.pas) | *.pas"; ///< of the open dialog
 
     SystemDialogs() {
         start();
@@ -28,8 +29,21 @@ struct SystemDialogs : test::MainWindow {
             if (IsWindow(dialog) != 0 && IsWindowVisible(dialog) != 0)
                 PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); // it did not take the name
         });
-        const OpenDialogRequest request = {"Pascal files (*.pas) | *.pas", "Open the test", folder.path()};
+        const OpenDialogRequest request = {filter, "Open the test", folder.path()};
         const std::string answer = system.ShowOpenDialog(request);
+        stopWaitingForDialog();
+        return answer;
+    }
+    /// What the save dialog gives back when its user types this name.
+    std::string saveNaming(const std::string& name, const std::string& extension) {
+        whenDialogOpens("Save the test", [&](HWND dialog) {
+            SetDlgItemTextA(dialog, GetDlgItem(dialog, edt1) != nullptr ? edt1 : cmb13, name.c_str());
+            SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+            if (IsWindow(dialog) != 0 && IsWindowVisible(dialog) != 0)
+                PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+        });
+        const std::string answer =
+            system.showSaveDialog({"All files | *.*", "Save the test", folder.path(), "", extension});
         stopWaitingForDialog();
         return answer;
     }
@@ -75,6 +89,26 @@ TEST_F(SystemDialogs, TheOpenDialogGivesTheChosenPathBack) {
                              EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, chx1))) << "no read-only box";
                          }),
               path);
+}
+
+TEST_F(SystemDialogs, ALonePatternIsTheOneKindOfFileInTheList) {
+    for (const char* const lone : {"*.exe", "M.PAS"}) {
+        filter = lone;
+        LRESULT kinds = 0;
+        std::string kind(100, '\0');
+        openNaming("", [&](HWND dialog) {
+            kinds = SendDlgItemMessageA(dialog, cmb1, CB_GETCOUNT, 0, 0);
+            SendDlgItemMessageA(dialog, cmb1, CB_GETLBTEXT, 0, std::bit_cast<LPARAM>(kind.data()));
+        });
+        EXPECT_EQ(kinds, 1) << lone;
+        EXPECT_STREQ(kind.c_str(), lone);
+    }
+}
+
+TEST_F(SystemDialogs, ANameThatIsSavedGetsItsEnding) {
+    EXPECT_EQ(saveNaming("game", "tpj"), folder.path() + "game.tpj");
+    EXPECT_EQ(saveNaming("game.xyz", "tpj"), folder.path() + "game.xyz");
+    EXPECT_EQ(saveNaming("game", ""), folder.path() + "game");
 }
 
 TEST_F(SystemDialogs, CancelInTheOpenDialogGivesNothing) {

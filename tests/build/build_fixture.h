@@ -52,8 +52,9 @@ struct Build : testing::Test {
     BuildTools tools{progress, test.processes};
 
     Build() {
-        test.program.makeFolder("compiler");
-        for (const char* const name : {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM"})
+        test.program.makeFolder("compiler\\DOSBox-0.74");
+        for (const char* const name :
+             {"DOS2CASH.COM", "TP3.EXE", "RUNTIME.COM", "temp.conf", "DOSBox-0.74\\DOSBox.exe"})
             test.program.write(std::string("compiler\\") + name, name);
         test.folder.write("A.INC", "one\r\ntwo\r\nthree\r\n");
         test.workspace.project.Name = "Hello";

@@ -198,7 +198,7 @@ TEST_F(Build, AMissingKitFileIsNamedAndNothingStaysBehind) {
         EXPECT_EQ(error.detail(), test.program.path() + "compiler\\RUNTIME.COM");
     }
     EXPECT_TRUE(kitIsGone());
-    EXPECT_TRUE(progress.closed);
+    EXPECT_FALSE(progress.shown);
     EXPECT_FALSE(test.display.waitPointer);
 }
 

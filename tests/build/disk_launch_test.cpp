@@ -85,6 +85,7 @@ TEST(DiskToolCommand, NeedsNoFinalBackslashes) {
 struct CompileAndRun : test::Build {
     CompileAndRun() {
         test.program.makeFolder("dsk");
+        test.program.write("dsk\\dsktool.exe", "dsktool.exe");
         test.workspace.settings.EmulatorPath = "C:\\emu\\emu.exe";
     }
     std::string image() const { return test.program.path() + "dsk\\d.dsk"; }
@@ -94,6 +95,15 @@ struct CompileAndRun : test::Build {
         test.processes.work = [this, number, work = std::move(work)] {
             if (test.processes.runs.size() == number)
                 work();
+        };
+    }
+    std::string& panel() { return test.display.panels[StatusPanel::message]; }
+    /// The disk tool makes an image, and `more` comes after each process.
+    void makesImage(std::function<void()> more = [] {}) {
+        test.processes.work = [this, more = std::move(more)] {
+            if (test.processes.runs.size() == 2)
+                test.program.write("dsk\\d.dsk", "new");
+            more();
         };
     }
     void expectDiskAndEmulator(std::size_t first) {
@@ -167,6 +177,78 @@ TEST_F(CompileAndRun, GoesOnWithoutAProject) {
     ASSERT_EQ(test.messages.shown.size(), 1U);
     EXPECT_EQ(test.messages.shown[0].text, "No project loaded!");
     expectDiskAndEmulator(0);
+}
+
+TEST_F(CompileAndRun, SaysNothingWhenAllIsWell) {
+    panel() = "procedure P;";
+    makesImage();
+    run();
+    expectDiskAndEmulator(1);
+    EXPECT_EQ(panel(), "");
+}
+
+TEST_F(CompileAndRun, WithoutAnEmulatorStartsNothingAndSaysSo) {
+    for (const char* const path : {"", "  "}) {
+        test.workspace.settings.EmulatorPath = path;
+        test.processes.runs.clear();
+        makesImage();
+        run();
+        EXPECT_EQ(test.processes.runs.size(), 2U) << "the build and the disk tool";
+        EXPECT_EQ(panel(), "No emulator is set: choose one in the preferences");
+    }
+}
+
+TEST_F(CompileAndRun, AnEmulatorThatCannotBeStartedIsTold) {
+    makesImage([this] { test.processes.starts = test.processes.runs.size() != 3; });
+    run();
+    expectDiskAndEmulator(1);
+    EXPECT_EQ(panel(), "The emulator cannot be started: C:\\emu\\emu.exe");
+}
+
+TEST_F(CompileAndRun, FilesThatDoNotFitAreTold) {
+    makesImage([this] {
+        if (test.processes.runs.size() == 2)
+            test.program.write("dsk\\d.dsk.txt", "Not on this disk image:\r\n");
+    });
+    run();
+    expectDiskAndEmulator(1);
+    EXPECT_EQ(panel(), "Not every file is on the disk image: see " + image() + ".txt");
+}
+
+TEST_F(CompileAndRun, AnImageThatWasNotMadeIsToldBesideTheRest) {
+    test.workspace.settings.EmulatorPath = "";
+    run();
+    EXPECT_EQ(panel(), "There is no disk image: " + image() +
+                           " cannot be written. No emulator is set: choose one in the preferences");
+}
+
+TEST_F(CompileAndRun, AnImageInUseIsToldAndNotRunAgain) {
+    test.program.makeFolder(
+        "dsk\\d.dsk"); // deleting a file does not delete it, as with one that is held open
+    run();
+    EXPECT_EQ(test.processes.runs.size(), 1U);
+    EXPECT_EQ(panel(), "The disk image is in use: close the emulator that runs with " + image());
+    EXPECT_TRUE(test.messages.shown.empty());
+}
+
+TEST_F(CompileAndRun, ABuildThatWasBrokenOffRunsNothing) {
+    test.processes.work = [] { throw WaitBrokenOff(); };
+    run();
+    EXPECT_EQ(test.processes.runs.size(), 1U);
+    EXPECT_FALSE(progress.closed) << "it says so";
+    test.processes.work = [this] {
+        if (test.processes.runs.size() == 3)
+            throw WaitBrokenOff();
+    };
+    run();
+    EXPECT_EQ(test.processes.runs.size(), 3U) << "no emulator after a disk tool that was ended";
+    EXPECT_EQ(panel(), "The making of the disk image was broken off");
+}
+
+TEST_F(CompileAndRun, WithoutTheDiskToolItEnds) {
+    deleteFile(test.program.path() + "dsk\\dsktool.exe");
+    EXPECT_THROW(run(), RuntimeError); // waiting for it would not end
+    EXPECT_EQ(test.processes.runs.size(), 1U);
 }
 
 TEST_F(CompileAndRun, AFailureOfTheBuildEndsIt) {

@@ -1,4 +1,5 @@
 // Real processes, started hidden or shown, waited for or not.
+#include "tests/build/probe_program.h"
 #include "tests/support/temporary_folder.h"
 #include "util/message_pump.h"
 #include "util/windows_process_runner.h"
@@ -70,24 +71,105 @@ TEST_F(Runner, WaitingForAProgramThatCannotBeStartedEndsOnlyWithThisOne) {
         << "for the loop above this one";
 }
 
-/// Looks for a visible console while the program runs.
-bool consoleSeen = false;
-void CALLBACK lookForConsole(HWND, UINT, UINT_PTR, DWORD) {
-    for (HWND window = FindWindowExA(nullptr, nullptr, nullptr, nullptr); window != nullptr;
-         window = FindWindowExA(nullptr, window, nullptr, nullptr)) {
-        std::string name(100, '\0');
-        name.resize(static_cast<std::size_t>(GetClassNameA(window, name.data(), 100)));
-        if (IsWindowVisible(window) != 0 && name.find("onsole") != std::string::npos)
-            consoleSeen = true;
+/// What was seen of the probe's window while something waited for it.
+struct Seen {
+    bool window = false;
+    bool visible = false;
+} seen;
+void CALLBACK lookForProbe(HWND, UINT, UINT_PTR, DWORD) {
+    if (HWND const window = test::probeWindow()) {
+        seen.window = true;
+        seen.visible = seen.visible || IsWindowVisible(window) != 0;
     }
 }
 
-TEST_F(Runner, AHiddenConsoleProgramHasNoVisibleWindow) {
-    consoleSeen = false;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 50, lookForConsole);
-    runner.ShellAndWait(batch("@ping -n 2 127.0.0.1 > NUL\r\n"), false, true);
+TEST_F(Runner, AWindowIsHiddenOrShownAsWanted) {
+    for (const bool shown : {false, true}) {
+        seen = {};
+        const UINT_PTR timer = SetTimer(nullptr, 0, 50, lookForProbe);
+        runner.ShellAndWait(test::probePath() + " 2", shown, true);
+        KillTimer(nullptr, timer);
+        EXPECT_TRUE(seen.window) << "it must have been there";
+        EXPECT_EQ(seen.visible, shown);
+    }
+}
+
+/// The runner whose wait is to be broken off, from a timer that runs as soon as the probe does.
+WindowsProcessRunner* waiting = nullptr;
+void CALLBACK breakOff(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (test::probeWindow() == nullptr)
+        return;
     KillTimer(nullptr, timer);
-    EXPECT_FALSE(consoleSeen);
+    waiting->breakOff();
+}
+void CALLBACK endProgramOnceTheProbeRuns(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (test::probeWindow() == nullptr)
+        return;
+    KillTimer(nullptr, timer);
+    PostQuitMessage(0);
+}
+bool noProbe() {
+    return test::probeWindow() == nullptr;
+}
+
+TEST_F(Runner, AWaitThatIsBrokenOffEndsWithAllThatWasStarted) {
+    waiting = &runner;
+    SetTimer(nullptr, 0, 50, breakOff);
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_THROW(
+        runner.ShellAndWait(batch("@" + test::probePath() + " 60\r\n@echo on> on.txt\r\n"), false, true),
+        WaitBrokenOff);
+    EXPECT_LT(GetTickCount64() - start, 40'000U);
+    EXPECT_TRUE(test::comes(noProbe)) << "what the batch file started ends with it";
+    EXPECT_FALSE(folder.has("on.txt"));
+    runner.breakOff(); // nothing is waited for
+    runner.ShellAndWait("cmd /c exit", false, true);
+}
+
+TEST_F(Runner, EvenAWaitForNothingCanBeBrokenOff) {
+    waiting = &runner;
+    SetTimer(nullptr, 0, 500, [](HWND, UINT, UINT_PTR timer, DWORD) {
+        KillTimer(nullptr, timer);
+        waiting->breakOff();
+    });
+    EXPECT_THROW(runner.ShellAndWait("C:\\no\\such.exe", false, true), WaitBrokenOff);
+}
+
+TEST_F(Runner, WhatIsWaitedForEndsWithThisProgram) {
+    SetTimer(nullptr, 0, 50, endProgramOnceTheProbeRuns);
+    EXPECT_THROW(runner.ShellAndWait(batch("@" + test::probePath() + " 60\r\n"), false, true), ProgramEnds);
+    MSG message;
+    PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    EXPECT_TRUE(test::comes(noProbe));
+}
+
+TEST_F(Runner, WhatIsNotWaitedForLivesOn) {
+    runner.ShellAndWait(test::probePath() + " 3", true, false);
+    EXPECT_TRUE(runner.started());
+    runner.breakOff();
+    EXPECT_TRUE(test::comes([] { return test::probeWindow() != nullptr; }));
+    EXPECT_TRUE(test::comes(noProbe)) << "until it ends by itself";
+}
+
+TEST_F(Runner, TellsWhetherTheProgramCouldBeStarted) {
+    runner.ShellAndWait("C:\\no\\such.exe", true, false);
+    EXPECT_FALSE(runner.started());
+    runner.ShellAndWait("cmd /c exit", false, true);
+    EXPECT_TRUE(runner.started());
+}
+
+TEST_F(Runner, ALongWaitIsToldAgainAndAgain) {
+    WindowsProcessRunner impatient(400);
+    int told = 0;
+    impatient.waitIsLong = [&told] { ++told; };
+    impatient.ShellAndWait(test::probePath() + " 2", false, true);
+    EXPECT_GE(told, 2);
+    EXPECT_LE(told, 20) << "not with every look";
+    told = 0;
+    WindowsProcessRunner patient;
+    patient.waitIsLong = [&told] { ++told; };
+    patient.ShellAndWait("cmd /c exit", false, true);
+    EXPECT_EQ(told, 0);
 }
 
 TEST_F(Runner, TheCurrentFolderIsInherited) {

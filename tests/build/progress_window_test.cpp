@@ -93,6 +93,34 @@ TEST_F(Progress, AnyWriteOpensItAgain) {
     EXPECT_TRUE(progress().timer1Enabled());
 }
 
+TEST_F(Progress, AnOpenWindowIsUsedAgainAsItIs) {
+    progress().show();
+    HWND const first = progress().window();
+    progress().setText("of the build before");
+    progress().setImageVisible(4, true);
+    progress().enableTimer1(false);
+    progress().show();
+    EXPECT_EQ(progress().window(), first);
+    EXPECT_EQ(progress().text(), "of the build before");
+    EXPECT_TRUE(progress().imageVisible(4));
+    EXPECT_FALSE(progress().timer1Enabled());
+}
+
+TEST_F(Progress, CtrlBreakEndsWhatIsWaitedForWhereverTheFocusIs) {
+    progress().show();
+    int expected = 0;
+    for (HWND const target :
+         {form->window(), editorPane(0), progress().window(), GetDlgItem(progress().window(), Form2_Text1)}) {
+        PostMessageA(target, WM_KEYDOWN, VK_CANCEL, 0);
+        pump();
+        EXPECT_EQ(processes.brokenOff, ++expected);
+    }
+    EXPECT_NE(progress().window(), nullptr) << "it stays, for what there is to say";
+    PostMessageA(progress().window(), WM_KEYDOWN, VK_ESCAPE, 0);
+    pump();
+    EXPECT_EQ(processes.brokenOff, expected) << "Esc only closes the window";
+}
+
 TEST_F(Progress, ARefusedFolderIsToldThere) {
     folder.write("BIG.DAT", std::string(737'280, 'x'));
     choose(mnuCompile);

@@ -83,7 +83,11 @@ class FakeProcessRunner : public ProcessRunner {
     };
     std::vector<Run> runs;
     std::function<void()> work = [] {};
+    bool starts = true; ///< whether programs can be started
+    int brokenOff = 0;
 
+    bool started() const override { return starts; }
+    void breakOff() override { ++brokenOff; }
     void ShellAndWait(const std::string& commandLine, bool showWindow, bool wait) override {
         runs.push_back({commandLine, showWindow, wait});
         work();

@@ -190,7 +190,36 @@ TEST(Files, FolderSizeCountsWithAndWithoutSubfolders) {
     EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 10U);
     EXPECT_EQ(GetFolderSize(folder.path(), "*.pas", true), 2U);
     EXPECT_EQ(GetFolderSize(folder.path().substr(0, folder.path().size() - 1), "*.*", true), 10U);
+    folder.makeFolder("sub\\deep\\deeper");
+    folder.write("sub\\deep\\deeper\\d.pas", "1234567");
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 17U) << "at any depth";
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.pas", true), 9U);
 }
+
+TEST(Files, FolderSizeIsCountedUpToALimitOnly) {
+    const test::TemporaryFolder folder;
+    for (const char* const sub : {"a", "b", "c"}) {
+        folder.makeFolder(sub);
+        folder.write(std::string(sub) + "\\x", "12345");
+    }
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 15U);
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true, 15), 15U) << "the limit itself is not above it";
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true, 4), 5U) << "the other folders are not looked into";
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true, 5), 10U);
+}
+
+#ifndef _WIN32
+TEST(Files, FolderLinksInACircleAreNotFollowed) {
+    const test::TemporaryFolder folder;
+    folder.makeFolder("a");
+    folder.makeFolder("b");
+    folder.write("a\\x", "12345");
+    std::filesystem::create_directory_symlink(folder.native() / "b", folder.native() / "a/to-b");
+    std::filesystem::create_directory_symlink(folder.native() / "a", folder.native() / "b/to-a");
+    std::filesystem::create_directory_symlink(folder.native(), folder.native() / "b/up");
+    EXPECT_EQ(GetFolderSize(folder.path(), "*.*", true), 5U);
+}
+#endif
 
 TEST(Files, OnlyUnfinishedFilesAreTakenAway) {
     const test::TemporaryFolder folder;

@@ -22,6 +22,34 @@ TEST(Paths, BackslashIsAddedOnce) {
     EXPECT_EQ(AddBackslash(""), "\\");
 }
 
+TEST(Paths, ABareNameHasNoFolderOfAnyKind) {
+    for (const char* const path :
+         {"X.PAS", "..\\X.PAS", "../victim/X.PAS", "C:X.PAS", "a/b\\X.PAS", "a\\b/X.PAS"})
+        EXPECT_EQ(bareFileName(path), "X.PAS") << path;
+    EXPECT_EQ(bareFileName("../"), "");
+}
+
+TEST(Paths, OnlyTheNameOfAFileInThisFolderIsAFileName) {
+    for (const char* const name :
+         {"Demo", "My game 2", "a.b.c", "~x", "caf\xE9", "CONS", "COM", "COM10", ".x", "NULL"})
+        EXPECT_TRUE(isFileName(name)) << name;
+    for (const char* const name : {"",       ".",       "..",      ". .",  " ",        "..\\victim\\evil.bat",
+                                   "a\\b",   "../x",    "a/b",     "C:x",  "x:stream", "a*",
+                                   "a?",     "a\"b",    "a<b",     "a>b",  "a|b",      "a\tb",
+                                   "con",    "NUL",     "Aux.tpj", "prn ", "COM1",     "lpt9.x",
+                                   "CONIN$", "nul .txt"})
+        EXPECT_FALSE(isFileName(name)) << name;
+    EXPECT_FALSE(isFileName(std::string_view("a\0b", 3)));
+}
+
+TEST(FileDialogs, ALonePartIsDescriptionAndPattern) {
+    using namespace std::string_literals;
+    EXPECT_EQ(systemFilter("*.exe"), "*.exe\0*.exe\0\0"s);
+    EXPECT_EQ(systemFilter("GAME.PAS|"), "GAME.PAS\0GAME.PAS\0\0"s);
+    EXPECT_EQ(systemFilter("A | *.a"), "A \0 *.a\0\0"s);
+    EXPECT_EQ(systemFilter("A | *.a | B | *.*"), "A \0 *.a \0 B \0 *.*\0\0"s);
+}
+
 TEST(FileDialogs, FilterBarsBecomeZeros) {
     using namespace std::string_literals;
     EXPECT_EQ(dialogFilter("*.exe"), "*.exe\0"s);

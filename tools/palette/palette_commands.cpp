@@ -19,6 +19,7 @@ void savePaletteFile(const std::string& sourcePath, const std::string& folder, F
     request.title = "Save screen 5 palette file";
     request.filter = "Screen 5 palette files (*.pl5) | *.pl5";
     request.initialFolder = folder;
+    request.extension = "pl5";
     const std::string path = dialogs.showSaveDialog(request);
     if (!path.empty())
         writeWholeFile(path, paletteFile(msxPalette(*palette)));
