@@ -36,9 +36,9 @@ constexpr std::size_t roomOfADisk = 713 * 1024;
 TEST(Packing, TheProgramAndWhatItNeedsToStartComeFirst) {
     DiskImage image;
     const std::vector<LeftOut> leftOut = addWhatFits(
-        image, {fileOf("A.PAS", 100), fileOf("AUTOEXEC.BAT", 1024),
-                fileOf("BIG.DAT", roomOfADisk - 9 * 1024), fileOf("COMMAND.COM", 2048, 9),
-                fileOf("GAME.COM", 4096, 5), fileOf("MSXDOS.SYS", 1024), fileOf("OLD.COM", 2048, 4)});
+        image, {fileOf("A.PAS", 100), fileOf("AUTOEXEC.BAT", 1024), fileOf("BIG.DAT", roomOfADisk - 9 * 1024),
+                fileOf("COMMAND.COM", 2048, 9), fileOf("GAME.COM", 4096, 5), fileOf("MSXDOS.SYS", 1024),
+                fileOf("OLD.COM", 2048, 4)});
     EXPECT_EQ(onDisk(image),
               (Names{"A.PAS", "AUTOEXEC.BAT", "COMMAND.COM", "GAME.COM", "MSXDOS.SYS", "OLD.COM"}));
     EXPECT_EQ(pathsOf(leftOut), Names{"C:\\P\\BIG.DAT"});

@@ -26,9 +26,10 @@ struct HarmlessProject : testing::Test {
         test.folder.write("victim\\X.COM", "the victim's program");
         test.folder.write("victim\\X.INC", "the victim's include\r\n");
         test.folder.write("project\\X.PAS", "begin end.\r\n");
+        victim_ = test::contentOf(test.folder.native() / "victim");
     }
     ~HarmlessProject() override {
-        EXPECT_EQ(contentOf(test.folder.native() / "victim"), victim_);
+        EXPECT_EQ(test::contentOf(test.folder.native() / "victim"), victim_);
         EXPECT_EQ(listFolder(test.folder.path(), "*").size(), 2U) << "nothing new beside the two folders";
     }
     HarmlessProject(const HarmlessProject&) = delete;
@@ -40,7 +41,7 @@ struct HarmlessProject : testing::Test {
     }
 
   private:
-    test::FolderContent victim_ = contentOf(test.folder.native() / "victim");
+    test::FolderContent victim_;
 };
 
 TEST_F(HarmlessProject, ANameThatIsAPathBecomesNone) {
@@ -49,12 +50,12 @@ TEST_F(HarmlessProject, ANameThatIsAPathBecomesNone) {
         ASSERT_TRUE(open(name, "X.PAS"));
         workspace.tree.select(1);
         test.editor.setText("start evil");
-        const auto before = contentOf(test.folder.native() / "project");
+        const auto before = test::contentOf(test.folder.native() / "project");
         const auto refused = [&](const char* what) {
             ASSERT_EQ(test.messages.shown.size(), 1U) << what << " " << name;
             EXPECT_EQ(test.messages.shown[0].text.find('"' + name + "\" cannot be the name of a file"), 0U);
             EXPECT_EQ(test.messages.shown[0].icon, Icon::critical);
-            EXPECT_EQ(contentOf(test.folder.native() / "project"), before) << what;
+            EXPECT_EQ(test::contentOf(test.folder.native() / "project"), before) << what;
             EXPECT_TRUE(test.editor.modified()) << "the text is still to be saved";
             test.messages.shown.clear();
         };

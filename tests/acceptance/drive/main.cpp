@@ -134,9 +134,8 @@ int chooseCommand(const Options& options, const CommandRow& row) {
 }
 
 bool isOutcome(const std::string& text) {
-    return text.find("Sucessfully compiled") != std::string::npos ||
-           text.find("Error : ") != std::string::npos ||
-           text.find("cannot have more than 720kb") != std::string::npos;
+    return !text.empty() &&
+           (!text.starts_with("Compiling ") || text.find("Sucessfully compiled") != std::string::npos);
 }
 
 void printElapsed(ULONGLONG start) {
@@ -425,6 +424,11 @@ int perform(const Options& options) {
         return nameFile(options, argument());
     if (verb == "escape")
         return escapeProgress(options);
+    if (verb == "break") {
+        HWND const progress = progressWindow();
+        PostMessageA(progress != nullptr ? progress : mainWindow(options), WM_KEYDOWN, VK_CANCEL, 0);
+        return 0;
+    }
     if (verb == "go-to-line")
         return goToLine(options, std::stoi(argument()));
     if (verb == "time-process")
@@ -499,14 +503,14 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "drive: %s\n", error.what());
         return 2;
     } catch (const std::exception& error) {
-        std::fprintf(
-            stderr,
-            "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|template NAME [--autoexec]|"
-            "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
-            "tree|status|caret|text|type TEXT|keys TEXT|press KEYS|right-click|pane|menu NAME|"
-            "click-node TEXT|answer BUTTON|click CAPTION|field NUMBER|fill NUMBER TEXT|check "
-            "NUMBER|font-size|close [--timeout SECONDS] [--key]\n",
-            error.what());
+        std::fprintf(stderr,
+                     "drive: %s\nusage: drive compile-and-report [--time]|outcome|escape|break|template NAME "
+                     "[--autoexec]|"
+                     "file PATH|go-to-line NUMBER|time-process COMMANDLINE|"
+                     "tree|status|caret|text|type TEXT|keys TEXT|press KEYS|right-click|pane|menu NAME|"
+                     "click-node TEXT|answer BUTTON|click CAPTION|field NUMBER|fill NUMBER TEXT|check "
+                     "NUMBER|font-size|close [--timeout SECONDS] [--key]\n",
+                     error.what());
         return 3;
     }
 }
