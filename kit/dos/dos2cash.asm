@@ -437,7 +437,7 @@ runtime_name:           db "RUNTIME.COM", 0
 chn_ending:             db ".CHN", 0
 com_ending:             db ".COM", 0
 pas_ending:             db ".PAS", 0
-full_words:             db '",1,1,98,"Disk full: there is no room for the program"', 13, 10, 0
+full_words:             db '",1,1,94,"Disk full: there is no room for the program"', 13, 10, 0
 unfinished_words:       db '",1,1,98,"The compiler did not come to its end"', 13, 10, 0
 exit_code:              db 0
 is_empty:               db 0

@@ -157,7 +157,7 @@ expect 'by the program' test "$(stat -c %s "$work/LINK.COM")" = 9007
 # As on a full disk, no file can grow beyond a limit (8 blocks of 1024 bytes).
 (trap '' XFSZ; ulimit -f 8; build "$succeeds")
 expect 'a program that the disk does not hold is not left there in part' test ! -e "$work/GAME.COM"
-expect 'and is told' test "$(cat "$work/ERRORS.TXT")" = $'"GAME.PAS",1,1,98,"Disk full: there is no room for the program"\r'
+expect 'and is told' test "$(cat "$work/ERRORS.TXT")" = $'"GAME.PAS",1,1,94,"Disk full: there is no room for the program"\r'
 rm -f "$work/RUNTIME.COM"
 build "$succeeds"
 expect 'no program comes of a library that is not there' test ! -e "$work/GAME.COM" -a -e "$work/ERRORS.TXT"
