@@ -26,6 +26,8 @@ bool isNonNegative(const Expr* e);
 bool isPowerOfTwoConstant(const Expr* e);
 /// Evaluating it may run a routine of the program or change something.
 bool hasCall(const Expr* e);
+/// The same of any of the expressions in a list of arguments.
+bool anyCall(const Expr* first);
 /// Evaluating it takes room on the stack or may fail, so it cannot be left out or done out of order.
 bool isPlain(const Expr* e);
 /// Its value lies in a variable, which something that happens later may change.
@@ -62,6 +64,7 @@ class Lowering {
     static Operand memoryAt(Operand address);
     Operand addressOf(Operand place);
     Operand addressOfDesignator(const Expr* designator) { return addressOf(place(designator)); }
+    Operand steadyAddress(const Expr* designator, const Expr* later);
     Operand freeze(Operand operand, Width width);
     Operand load(Operand operand, Width width);
     Operand multiplied(Operand index, std::uint32_t factor);
@@ -109,6 +112,8 @@ class Lowering {
     // lower_string.cpp
     Operand literal(const char* text, std::uint16_t length, bool lengthByte);
     Operand stringAddress(const Expr* e);
+    Operand steadyString(const Expr* e, const Expr* later);
+    Operand steadyPlace(const Expr* e, const Expr* later);
     void appendTo(Operand target, const Expr* e);
     void assignString(const Expr* target, const Expr* value);
     void storeString(Operand place, std::uint16_t maximum, const Expr* value);
@@ -147,7 +152,7 @@ class Lowering {
     Operand setAddress(const Expr* e);
     Operand setTemporary(const Expr* e);
     Operand setOfElements(const Expr* e);
-    Operand trimmedSet(const Expr* e, const Type* type);
+    Operand trimmedSet(const Expr* e, const Type* type, const Expr* later = nullptr);
     void assignSet(const Expr* target, const Expr* value, std::uint8_t options);
     Operand setComparison(const Expr* e);
     Operand membership(const Expr* e);

@@ -56,24 +56,17 @@ Operand Lowering::call(const Expr* e, Operand resultAddress) {
             width = widthOfType(p->type);
             value = evaluate(argument, width);
         } else if (p->type->kind == TypeKind::string) {
-            value = stringAddress(argument);
+            value = steadyString(argument, argument->next);
         } else if (p->type->kind == TypeKind::real) {
-            const Expr* later = argument->next;
-            while (later != nullptr && !hasCall(later)) {
-                later = later->next;
-            }
-            value = steadyReal(argument, later);
+            value = steadyReal(argument, argument->next);
         } else if (p->type->kind == TypeKind::set) {
-            value = trimmedSet(argument, p->type);
+            value = trimmedSet(argument, p->type, argument->next);
         } else {
-            value = addressOfDesignator(argument);
+            value = steadyPlace(argument, argument->next);
         }
         argument = argument->next;
-        for (const Expr* later = argument; later != nullptr; later = later->next) {
-            if (hasCall(later)) {
-                value = freeze(value, width);
-                break;
-            }
+        if (anyCall(argument)) {
+            value = freeze(value, width);
         }
         values.push_back(value);
     }
@@ -126,13 +119,13 @@ Operand Lowering::externalCall(const Expr* e, const Routine& callee) {
         } else if (isScalar(p->type)) {
             value = evaluate(argument, Width::word);
         } else if (p->type->kind == TypeKind::string) {
-            value = stringAddress(argument);
+            value = steadyString(argument, argument->next);
         } else if (p->type->kind == TypeKind::real) {
-            value = realAddress(argument);
+            value = steadyReal(argument, argument->next);
         } else if (p->type->kind == TypeKind::set) {
-            value = setAddress(argument);
+            value = anyCall(argument->next) ? setTemporary(argument) : setAddress(argument);
         } else {
-            value = addressOfDesignator(argument);
+            value = steadyPlace(argument, argument->next);
         }
         values.push_back(freeze(value, Width::word));
     }

@@ -113,6 +113,15 @@ bool hasCall(const Expr* e) {
     return hasCall(e->left) || hasCall(e->right);
 }
 
+bool anyCall(const Expr* first) {
+    for (const Expr* e = first; e != nullptr; e = e->next) {
+        if (hasCall(e)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool isPlain(const Expr* e) {
     if (e == nullptr) {
         return true;
@@ -127,6 +136,12 @@ bool isPlain(const Expr* e) {
     case ExprKind::call:
     case ExprKind::port:
         return false;
+    case ExprKind::convert:
+        // A string that is no single character stops the program.
+        if (e->type->kind == TypeKind::character && e->left->type->kind == TypeKind::string) {
+            return false;
+        }
+        break;
     case ExprKind::setConstructor:
         for (const Expr* element = e->left; element != nullptr; element = element->next) {
             if (!isPlain(element)) {

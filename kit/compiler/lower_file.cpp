@@ -10,18 +10,21 @@ bool Lowering::standardFile(const Expr* e) {
         return true;
     };
     const auto withString = [&](RuntimeEntry entry) {
+        const Operand at = steadyAddress(file, file->next);
         const Operand text = stringAddress(file->next);
-        library(entry, {word(z80::Pair::hl, addressOfDesignator(file)), word(z80::Pair::de, text)});
+        library(entry, {word(z80::Pair::hl, at), word(z80::Pair::de, text)});
         return true;
     };
     const auto withWord = [&](RuntimeEntry entry) {
+        const Operand at = steadyAddress(file, file->next);
         const Operand value = evaluate(file->next, Width::word);
-        library(entry, {word(z80::Pair::hl, addressOfDesignator(file)), word(z80::Pair::de, value)});
+        library(entry, {word(z80::Pair::hl, at), word(z80::Pair::de, value)});
         return true;
     };
     const auto withRecord = [&](RuntimeEntry entry) {
+        const Operand at = steadyAddress(file, file->next);
         const Operand record = addressOfDesignator(file->next);
-        library(entry, {word(z80::Pair::hl, addressOfDesignator(file)), word(z80::Pair::de, record)});
+        library(entry, {word(z80::Pair::hl, at), word(z80::Pair::de, record)});
         return true;
     };
     switch (static_cast<StandardRoutine>(e->value)) {
@@ -84,10 +87,11 @@ void Lowering::blockTransfer(const Expr* e, RuntimeEntry entry) {
     const Expr* file = e->left;
     const Expr* data = file->next;
     const Expr* result = data->next->next;
-    Operand count = freeze(evaluate(data->next, Width::word), Width::word);
-    const Operand from = addressOfDesignator(data);
-    const Operand done = libraryWord(entry, {word(z80::Pair::hl, addressOfDesignator(file)),
-                                             word(z80::Pair::de, from), word(z80::Pair::bc, count)});
+    const Operand at = steadyAddress(file, data);
+    const Operand from = steadyAddress(data, data->next);
+    const Operand count = freeze(evaluate(data->next, Width::word), Width::word);
+    const Operand done =
+        libraryWord(entry, {word(z80::Pair::hl, at), word(z80::Pair::de, from), word(z80::Pair::bc, count)});
     if (result == nullptr) {
         library(RuntimeEntry::fileBlockCheck, {word(z80::Pair::hl, done), word(z80::Pair::de, count)});
         return;

@@ -87,6 +87,12 @@ Operand Lowering::addressOf(Operand place) {
     return Operand::constant(0);
 }
 
+/// The address of a place, safe from what the arguments from `later` on do when they are evaluated.
+Operand Lowering::steadyAddress(const Expr* designator, const Expr* later) {
+    const Operand address = addressOfDesignator(designator);
+    return anyCall(later) ? freeze(address, Width::word) : address;
+}
+
 Operand Lowering::place(const Expr* e) {
     switch (e->kind) {
     case ExprKind::variable:

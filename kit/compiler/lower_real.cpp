@@ -93,7 +93,7 @@ Operand Lowering::realAddress(const Expr* e) {
 /// The same, safe from what `later` does when it is evaluated.
 Operand Lowering::steadyReal(const Expr* e, const Expr* later) {
     const Operand address = realAddress(e);
-    if (!isInVariable(e) || !hasCall(later)) {
+    if (!isInVariable(e) || !anyCall(later)) {
         return address;
     }
     const Operand copy = temporary(realSize);
@@ -196,9 +196,7 @@ bool Lowering::standardReal(const Expr* e, std::uint8_t options) {
     const Expr* third = second != nullptr ? second->next : nullptr;
     switch (static_cast<StandardRoutine>(e->value)) {
     case StandardRoutine::writeReal: {
-        const bool calls = hasCall(second) || hasCall(third);
-        const Operand value =
-            calls ? steadyReal(first, hasCall(second) ? second : third) : realAddress(first);
+        const Operand value = steadyReal(first, second);
         const Operand width = formatOf(second);
         if (isMissing(third)) {
             library(RuntimeEntry::writeReal, {word(z80::Pair::hl, value), word(z80::Pair::de, width)});
@@ -217,9 +215,7 @@ bool Lowering::standardReal(const Expr* e, std::uint8_t options) {
         return true;
     case StandardRoutine::strReal: {
         const Expr* text = third->next;
-        const bool calls = hasCall(second) || hasCall(third);
-        const Operand value =
-            calls ? steadyReal(first, hasCall(second) ? second : third) : realAddress(first);
+        const Operand value = steadyReal(first, second);
         const Operand width = formatOf(second);
         RuntimeEntry entry = RuntimeEntry::stringFromReal;
         if (!isMissing(third)) {
@@ -232,10 +228,10 @@ bool Lowering::standardReal(const Expr* e, std::uint8_t options) {
         return true;
     }
     case StandardRoutine::valReal: {
-        const Operand text = stringAddress(first);
-        library(RuntimeEntry::stringToReal,
-                {word(z80::Pair::hl, text), word(z80::Pair::de, addressOfDesignator(second)),
-                 word(z80::Pair::bc, addressOfDesignator(third))});
+        const Operand text = steadyString(first, second);
+        const Operand number = steadyAddress(second, third);
+        library(RuntimeEntry::stringToReal, {word(z80::Pair::hl, text), word(z80::Pair::de, number),
+                                             word(z80::Pair::bc, addressOfDesignator(third))});
         return true;
     }
     default:

@@ -159,16 +159,18 @@ Operand Lowering::setOfElements(const Expr* e) {
     return target;
 }
 
-/// The address of a set in the form of variables of `type`, as value parameters are handed over.
-Operand Lowering::trimmedSet(const Expr* e, const Type* type) {
+/// The address of a set in the form of variables of `type`, as value parameters are handed over; safe from
+/// what the arguments from `later` on do when they are evaluated.
+Operand Lowering::trimmedSet(const Expr* e, const Type* type, const Expr* later) {
     SetBits bits;
     if (constantSet(e, bits)) {
         return setLiteral(bits.data() + firstByte(type), type->size);
     }
-    if (isInVariable(e) && firstByte(e->type) == firstByte(type) && e->type->size == type->size) {
+    const bool calls = anyCall(later);
+    if (!calls && isInVariable(e) && firstByte(e->type) == firstByte(type) && e->type->size == type->size) {
         return addressOf(place(e));
     }
-    const Operand whole = setAddress(e);
+    const Operand whole = calls ? setTemporary(e) : setAddress(e);
     if (firstByte(type) == 0) {
         return whole;
     }

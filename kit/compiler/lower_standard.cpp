@@ -35,7 +35,7 @@ Operand Lowering::standardCall(const Expr* e, Width want) {
         }
         return resize(load(place(first), Width::byte), Width::byte, want);
     case StandardRoutine::pos: {
-        const Operand target = stringAddress(first);
+        const Operand target = steadyString(first, first->next);
         const Operand text = stringAddress(first->next);
         return resize(libraryWord(RuntimeEntry::stringPosition,
                                   {word(z80::Pair::hl, target), word(z80::Pair::de, text)}),
@@ -144,7 +144,7 @@ Operand Lowering::standardString(const Expr* e) {
     const Expr* first = e->left;
     switch (routineOf(e)) {
     case StandardRoutine::copy: {
-        const Operand source = stringAddress(first);
+        const Operand source = steadyString(first, first->next);
         const Operand position = freeze(evaluate(first->next, Width::word), Width::word);
         const Operand count = evaluate(first->next->next, Width::word);
         const Operand target = stackTemporary(largest);
@@ -198,7 +198,7 @@ bool Lowering::standardOutput(const Expr* e) {
                 libraryText(RuntimeEntry::writeLiteral, value->text, value->textLength);
             }
         } else if (value->type->kind == TypeKind::array) {
-            const Operand address = charsAddress(value);
+            const Operand address = steadyPlace(value, width);
             const Operand count = Operand::constant(value->type->size);
             if (isZero(width)) {
                 library(RuntimeEntry::writeChars, {word(z80::Pair::hl, address), word(z80::Pair::bc, count)});
@@ -209,7 +209,7 @@ bool Lowering::standardOutput(const Expr* e) {
             }
         } else {
             write(RuntimeEntry::writeString, RuntimeEntry::writeStringWidth,
-                  word(z80::Pair::hl, stringAddress(value)));
+                  word(z80::Pair::hl, steadyString(value, width)));
         }
         return true;
     case StandardRoutine::writeLine:
@@ -262,47 +262,54 @@ bool Lowering::standardMemory(const Expr* e) {
     const Expr* third = second != nullptr ? second->next : nullptr;
     switch (routineOf(e)) {
     case StandardRoutine::deleteChars: {
+        const Operand text = steadyAddress(first, second);
         const Operand position = freeze(evaluate(second, Width::word), Width::word);
         const Operand count = evaluate(third, Width::word);
-        library(RuntimeEntry::stringDelete, {word(z80::Pair::hl, addressOfDesignator(first)),
-                                             word(z80::Pair::de, position), word(z80::Pair::bc, count)});
+        library(RuntimeEntry::stringDelete,
+                {word(z80::Pair::hl, text), word(z80::Pair::de, position), word(z80::Pair::bc, count)});
         return true;
     }
     case StandardRoutine::insert: {
-        const Operand source = stringAddress(first);
+        const Operand source = steadyString(first, second);
+        const Operand text = steadyAddress(second, third);
         const Operand position = evaluate(third, Width::word);
         library(RuntimeEntry::stringInsert,
-                {word(z80::Pair::hl, source), word(z80::Pair::de, addressOfDesignator(second)),
-                 word(z80::Pair::bc, position), byte(z80::Reg::a, Operand::constant(second->type->high))});
+                {word(z80::Pair::hl, source), word(z80::Pair::de, text), word(z80::Pair::bc, position),
+                 byte(z80::Reg::a, Operand::constant(second->type->high))});
         return true;
     }
     case StandardRoutine::strInteger: {
         auto [value, width] = operands(first, second, Width::word);
+        if (hasCall(third)) {
+            value = freeze(value, Width::word);
+            width = freeze(width, Width::word);
+        }
         library(RuntimeEntry::stringFromInteger,
                 {word(z80::Pair::hl, value), word(z80::Pair::de, addressOfDesignator(third)),
                  word(z80::Pair::bc, width), byte(z80::Reg::a, Operand::constant(third->type->high))});
         return true;
     }
     case StandardRoutine::valInteger: {
-        const Operand text = stringAddress(first);
-        library(RuntimeEntry::stringToInteger,
-                {word(z80::Pair::hl, text), word(z80::Pair::de, addressOfDesignator(second)),
-                 word(z80::Pair::bc, addressOfDesignator(third))});
+        const Operand text = steadyString(first, second);
+        const Operand number = steadyAddress(second, third);
+        library(RuntimeEntry::stringToInteger, {word(z80::Pair::hl, text), word(z80::Pair::de, number),
+                                                word(z80::Pair::bc, addressOfDesignator(third))});
         return true;
     }
     case StandardRoutine::move: {
-        const Operand count = freeze(evaluate(third, Width::word), Width::word);
-        const Operand from = addressOfDesignator(first);
-        const Operand to = addressOfDesignator(second);
+        const Operand from = steadyAddress(first, second);
+        const Operand to = steadyAddress(second, third);
+        const Operand count = evaluate(third, Width::word);
         library(RuntimeEntry::moveBytes,
                 {word(z80::Pair::hl, from), word(z80::Pair::de, to), word(z80::Pair::bc, count)});
         return true;
     }
     case StandardRoutine::fillChar: {
+        const Operand to = steadyAddress(first, second);
         const Operand count = freeze(evaluate(second, Width::word), Width::word);
-        const Operand value = freeze(evaluate(third, Width::byte), Width::byte);
-        library(RuntimeEntry::fillBytes, {word(z80::Pair::hl, addressOfDesignator(first)),
-                                          word(z80::Pair::bc, count), byte(z80::Reg::a, value)});
+        const Operand value = evaluate(third, Width::byte);
+        library(RuntimeEntry::fillBytes,
+                {word(z80::Pair::hl, to), word(z80::Pair::bc, count), byte(z80::Reg::a, value)});
         return true;
     }
     default:
@@ -315,9 +322,16 @@ bool Lowering::standardHeap(const Expr* e) {
     switch (routineOf(e)) {
     case StandardRoutine::newPointer:
     case StandardRoutine::getMem: {
+        if (pointer->kind == ExprKind::variable || !(hasCall(pointer) || hasCall(pointer->next))) {
+            const Operand size = evaluate(pointer->next, Width::word);
+            const Operand address = libraryWord(RuntimeEntry::heapAllocate, {word(z80::Pair::hl, size)});
+            b_.copy(place(pointer), address, Width::word);
+            return true;
+        }
+        const Operand to = freeze(addressOfDesignator(pointer), Width::word);
         const Operand size = evaluate(pointer->next, Width::word);
         const Operand address = libraryWord(RuntimeEntry::heapAllocate, {word(z80::Pair::hl, size)});
-        b_.copy(place(pointer), address, Width::word);
+        b_.copy(to.isValue() ? Operand::indirect(to.id, 0) : memoryAt(to), address, Width::word);
         return true;
     }
     case StandardRoutine::disposePointer:

@@ -96,7 +96,8 @@ void Lowering::assign(const Stmt* s) {
         return;
     }
     const Width width = widthOfType(type);
-    if (hasCall(s->value) && s->target->kind != ExprKind::variable) {
+    // The place comes first, as it is written; nobody can tell when neither side calls anything.
+    if (s->target->kind != ExprKind::variable && (hasCall(s->value) || hasCall(s->target))) {
         Operand to = place(s->target);
         if (to.usesValue()) {
             to.id = to.isValue() ? to.id : freeze(Operand::value(to.id), Width::word).id;

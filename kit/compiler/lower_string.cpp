@@ -96,6 +96,21 @@ Operand Lowering::stringAddress(const Expr* e) {
     return addressOf(place(e));
 }
 
+/// The same, safe from what the arguments from `later` on do when they are evaluated.
+Operand Lowering::steadyString(const Expr* e, const Expr* later) {
+    const Operand address = stringAddress(e);
+    const Expr* source = e;
+    while (source->kind == ExprKind::convert && source->left->type->kind == TypeKind::string) {
+        source = source->left;
+    }
+    if (!isInVariable(source) || !anyCall(later)) {
+        return address;
+    }
+    const Operand copy = stackTemporary(largestString);
+    library(RuntimeEntry::stringMove, {word(z80::Pair::hl, address), word(z80::Pair::de, copy)});
+    return copy;
+}
+
 void Lowering::appendTo(Operand target, const Expr* e) {
     if (isConcatenation(e)) {
         appendTo(target, e->left);
@@ -160,8 +175,8 @@ Operand Lowering::charsAddress(const Expr* e) {
 }
 
 void Lowering::assignStructured(const Expr* target, const Expr* value) {
+    const Operand to = steadyAddress(target, value);
     const Operand from = addressOf(place(value));
-    const Operand to = addressOf(place(target));
     moveBlock(from, to, target->type->size);
 }
 
@@ -169,7 +184,7 @@ void Lowering::assignStructured(const Expr* target, const Expr* value) {
 /// library tells less and equal, so the other two relations compare the other way round.
 Ir& Lowering::compareStructured(const Expr* e, IrOp op) {
     const bool reals = e->left->type->kind == TypeKind::real;
-    Operand left = reals ? steadyReal(e->left, e->right) : stringAddress(e->left);
+    Operand left = reals ? steadyReal(e->left, e->right) : steadyString(e->left, e->right);
     Operand right = reals ? realAddress(e->right) : stringAddress(e->right);
     Relation relation = relationOf(e->op);
     if (relation == Relation::greater || relation == Relation::lessEqual) {

@@ -51,6 +51,18 @@ void Lowering::releaseStack() {
     }
 }
 
+/// The address of an array's or record's value, safe from what the arguments from `later` on do when they are
+/// evaluated.
+Operand Lowering::steadyPlace(const Expr* e, const Expr* later) {
+    const Operand address = addressOfDesignator(e);
+    if (!anyCall(later)) {
+        return address;
+    }
+    const Operand copy = stackTemporary(e->type->size);
+    moveBlock(address, copy, e->type->size);
+    return copy;
+}
+
 /// Copies `size` bytes from one address to another. A few words between known addresses go through a
 /// register.
 void Lowering::moveBlock(Operand from, Operand to, std::uint16_t size) {
