@@ -113,6 +113,7 @@ constexpr StandardVariable variables[] = {
     {"CONINPTR", TypeKind::integer, RuntimeEntry::conInPtr, files},
     {"CONOUTPTR", TypeKind::integer, RuntimeEntry::conOutPtr, files},
     {"CONSTPTR", TypeKind::integer, RuntimeEntry::conStPtr, files},
+    {"ERRORPTR", TypeKind::integer, RuntimeEntry::errorPtr, always},
     {"HEAPPTR", TypeKind::integer, RuntimeEntry::heapPtr, heap},
     {"INPUT", TypeKind::textFile, RuntimeEntry::inputFile, files},
     {"KBD", TypeKind::textFile, RuntimeEntry::kbdFile, files},

@@ -6,9 +6,8 @@ chainBlock      equ scratchString + 128
 chainStack      equ scratchString + 256
 chainHeaderSize equ 16
 
-; openProgram: In: HL = file. Opens it, to be read byte by byte, copies its control block to chainBlock and closes all
-; files. Out: HL = its size, at most FFFFh; in place of an I/O result it returns to the caller's caller. Destroys all.
-; 3400 T, and 4000 T for each file that is still open.
+; openProgram: In: HL = file. Opens it, to be read byte by byte, copies its control block to chainBlock and closes it. Out:
+; HL = its size, at most FFFFh; in place of an I/O result it returns to the caller's caller. Destroys all. 4500 T.
 openProgram:
         ld      de,bufferSize
         call    @fileReset
@@ -27,7 +26,7 @@ openProgram:
         ld      de,chainBlock
         ld      bc,37
         ldir
-        call    closeAll
+        call    closeCurrent
         ld      hl,(chainBlock + blockSize + 2)
         ld      a,h
         or      l
@@ -53,8 +52,36 @@ readProgram:
         or      a
         ret
 
+; keepFiles: flushes the open files; closes those that lie where the next program has no data, since its stack will run over
+; them. In: chainHeader. Destroys all. 40 T, and 1000 T for each open file.
+keepFiles:
+        ld      hl,(openFiles)
+_next:
+        ld      a,h
+        or      l
+        ret     z
+        ld      (currentFile),hl
+        push    hl
+        pop     ix
+        ld      e,(hl)                  ; fileLink, the file's first word
+        inc     hl
+        ld      d,(hl)
+        dec     hl
+        push    de
+        ld      de,(chainHeader + imageStackTop)
+        sbc     hl,de
+        jr      c,_close
+        call    flushCurrent
+        call    closeBlock              ; which writes the directory; the control block goes on to serve
+        jr      _on
+_close:
+        call    closeCurrent
+_on:
+        pop     hl
+        jr      _next
+
 ; chain: In: HL = file: loads the chain image and runs it. The library's variables begin anew, the program's data stay
-; where they are. Comes back only with an I/O result; destroys all then. 10000 T.
+; where they are, and so do open files among them. Comes back only with an I/O result; destroys all then. 10000 T.
 @chain:
         call    openProgram
         ld      de,chainHeader
@@ -64,6 +91,10 @@ readProgram:
         ld      a,(chainHeader + imageEntry)
         cp      0C3h
         jr      nz,_noImage
+        call    keepFiles
+        ld      a,(ioStatus)
+        or      a
+        ret     nz
         ld      ix,chainHeader
         call    checkMemory
         ld      sp,chainStack
@@ -75,7 +106,11 @@ readProgram:
         call    readProgram
         jp      nz,noProgram
         ld      ix,chainHeader
+        ld      hl,(openFiles)
+        push    hl
         call    initialiseVariables
+        pop     hl
+        ld      (openFiles),hl
         ld      sp,(stackTop)
         ld      hl,(chainHeader + imageAddress)
         jp      (hl)
@@ -193,6 +228,9 @@ _fail:
 ; Comes back only with an I/O result; destroys all then. 6000 T, and 4000 T for each file that is still open.
 @execute:
         call    openProgram
+        push    hl
+        call    closeAll
+        pop     hl
         ld      (loaderSize),hl
         ex      de,hl
         ld      hl,(topOfTpa)

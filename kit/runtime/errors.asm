@@ -29,12 +29,15 @@ stackMargin     equ 192
         pop     hl
         ld      de,runErrorText
 
-; report: prints DE = text (a string), A as two hexadecimal digits, and the address of the call before HL = return
-; address; ends the program.
+; report: calls the program's own routine for errors; then prints DE = text (a string), A as two hexadecimal digits, and
+; the address of the call before HL = return address; ends the program.
 report:
         ld      sp,(stackTop)           ; the program's own stack may be used up
         push    hl
         push    af
+        push    de
+        call    tellProgram
+        pop     de
         call    beginReport
         pop     af
         call    writeHexByte
@@ -50,14 +53,45 @@ endReport:
         call    @writeString
         jp      @halt
 
-; beginReport: In: DE = string: prints a line end and it, whatever the I/O result was. Destroys all. 700 T + 215 T a
-; character.
-beginReport:
+; tellProgram: In: A, DE, HL as for report. Calls the procedure Error(Number, Address: Integer) whose address ErrorPtr holds,
+; with HL = number (its low byte the error; 512 more for a run-time error than for an I/O error) and DE = address. Only
+; for the first error: what goes wrong in it is reported. Destroys all. 250 T.
+tellProgram:
+        dec     hl
+        dec     hl
+        dec     hl
+        ex      de,hl
+        ld      c,a
+        ld      a,l
+        sub     low ioErrorText
+        jr      z,_number
+        ld      a,2
+_number:
+        ld      b,a
+        call    clearTransfer
+        push    bc
+        ld      bc,(@errorPtr)
+        ld      (@errorPtr),hl
+        pop     hl
+        ld      a,b
+        or      c
+        ret     z
+        push    bc
+        ret
+
+; clearTransfer: whatever is written or read now, the console is meant. Out: HL = A = 0. Keeps the others. 80 T.
+clearTransfer:
+        ld      hl,0
         xor     a
         ld      (ioStatus),a
-        ld      h,a
-        ld      l,a
         ld      (selectedOutput),hl
+        ld      (selectedInput),hl
+        ret
+
+; beginReport: In: DE = string: prints a line end and it, whatever the I/O result was. Destroys all. 720 T + 215 T a
+; character.
+beginReport:
+        call    clearTransfer
         push    de
         call    @writeLine
         pop     hl
@@ -88,7 +122,7 @@ _report:
         pop     hl                      ; the saved AF
         pop     hl
         ld      de,ioErrorText
-        jr      report
+        jp      report
 
 ; ioResult: Out: HL = I/O result, which becomes 0 by this. Destroys AF. 50 T.
 @ioResult:

@@ -58,8 +58,9 @@ selectedForOutput:
         ret
 
 ; putSelected: In: A = character, HL = (selectedOutput). Destroys all. 160 T unless the buffer is full,
-; 637 T then. callDriver: In: HL = driver, E = character: calls it with the character in A, too; Out: A. Destroys all. 8 T
-; and what the driver takes.
+; 637 T then. callDriver: In: HL = driver, E = character: calls it with the character in A, too; Out: A. Destroys all. 190 T
+; and what the driver takes. A driver may write and read itself: that goes to the console, or where it says; afterwards
+; the transfer that called it goes on.
 putSelected:
         ld      e,a
         push    hl
@@ -85,6 +86,20 @@ _device:
         jr      z,callDriver
         ld      hl,(@usrOutPtr)
 callDriver:
+        ld      bc,(selectedOutput)
+        push    bc
+        ld      bc,(selectedInput)
+        push    bc
+        ld      bc,0
+        ld      (selectedOutput),bc
+        ld      (selectedInput),bc
+        call    _driver
+        pop     bc
+        ld      (selectedInput),bc
+        pop     bc
+        ld      (selectedOutput),bc
+        ret
+_driver:
         ld      a,e
         jp      (hl)
 

@@ -35,6 +35,7 @@ entryStack:             defs 2  ; stack pointer in the entry that reads, for a b
 freeList:               defs 4  ; first free block of the heap, and 0 as the list's own size
 heapLink:               defs 2  ; heapFree's: block before the one that is freed
 heapSums:               defs 1  ; not 0: MemAvail, otherwise MaxAvail
+@errorPtr:              defs 2  ; the program's routine for errors, or 0
 
 ; The line read last and what is being taken from it.
 lineLength:             defs 1  ; characters in lineBuffer
