@@ -9,11 +9,12 @@ shift 2
 limit=2G # T-states: many times what the generator's budget of calls and loops allows
 # Without optimisation: -O1 of Free Pascal 3.2.2 negates some conditions wrongly (seed 10868).
 cd "$folder" || exit 3
-rm -f ours.com ours.txt free free.o free.txt
+rm -rf ours.com ours.txt free free.o free.txt disk -- *.TXT *.DAT
+mkdir disk || exit 3
 "$binaries/pascal_generator" "$seed" "$@" > ours.pas || exit 3
 "$binaries/pascal_generator" "$seed" "$@" --free > free.pas || exit 3
 fpc -Mtp -v0 -l- -O- free.pas > free.log 2>&1 || exit 3
 timeout 10 ./free < /dev/null > free.txt 2>> free.log || exit 3
 "$binaries/tp3" ours.pas -o ours.com > ours.log 2>&1 || exit 2
-timeout 20 "$binaries/msxrun" --limit "$limit" ours.com < /dev/null 2>> ours.log | tr -d '\r' > ours.txt
+timeout 20 "$binaries/msxrun" --disk disk --limit "$limit" ours.com < /dev/null 2>> ours.log | tr -d '\r' > ours.txt
 cmp -s ours.txt free.txt || exit 1

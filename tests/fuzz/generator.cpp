@@ -1,5 +1,7 @@
 #include "generator.h"
 
+#include <algorithm>
+
 namespace fuzz {
 
 Generator::Generator(const Options& options)
@@ -14,8 +16,59 @@ bool Generator::dropNext() {
     return n < options_.dropped.size() && options_.dropped[n];
 }
 
-/// Lines of Pascal are at most 127 characters long: breaks at blanks outside quotes.
+std::string Generator::readMark(const Type* type, const std::string& text) const {
+    return free() ? readBegin + type->name + typeEnd + text + markEnd : text;
+}
+
+std::string Generator::callMark(const Type* type, const std::string& text) const {
+    return free() ? callBegin + type->name + typeEnd + text + markEnd : text;
+}
+
+/// The text up to the end of a mark or of all. What stands between marks is first kept in variables when
+/// `hoist`.
+std::string Generator::withoutMarks(const std::string& text, std::size_t& at, bool hoist) {
+    std::string result;
+    while (at < text.size() && text[at] != markEnd) {
+        char c = text[at++];
+        if (c != readBegin && c != callBegin) {
+            result += c;
+            continue;
+        }
+        std::size_t end = text.find(typeEnd, at);
+        std::string type = text.substr(at, end - at);
+        at = end + 1;
+        std::string inner = withoutMarks(text, at, hoist);
+        ++at;
+        if (!hoist) {
+            result += inner;
+            continue;
+        }
+        int number = ++keptNow_[type];
+        keptMost_[type] = std::max(keptMost_[type], number);
+        std::string name = "kept" + type + "_" + std::to_string(number);
+        plainLine(name + " := " + inner + ";");
+        result += name;
+    }
+    return result;
+}
+
+/// The variables of the current block that keep values.
+void Generator::declareKept() {
+    for (const auto& [type, most] : keptMost_) {
+        for (int i = 1; i <= most; ++i) {
+            plainLine("var kept" + type + "_" + std::to_string(i) + ": " + type + ";");
+        }
+    }
+}
+
 void Generator::line(const std::string& text) {
+    keptNow_.clear();
+    std::size_t at = 0;
+    plainLine(withoutMarks(text, at, hasCallMark(text)));
+}
+
+/// Lines of Pascal are at most 127 characters long: breaks at blanks outside quotes.
+void Generator::plainLine(const std::string& text) {
     std::string current(static_cast<std::size_t>(2 * indent_), ' ');
     std::size_t word = 0;
     bool quoted = false;
@@ -45,7 +98,7 @@ std::string Generator::source() {
     line(options_.rangeChecks && !free() ? "{$R+}" : free() ? "{$B+,R-,Q-}" : "{$R-}");
     line("program Generated;");
     if (free()) {
-        line("const zero: Integer = 0;");
+        line("const zero: Integer = 0; zeroReal: Real = 0.0;");
     }
     program();
     return text_;
@@ -70,6 +123,9 @@ void Generator::program() {
     }
     loopVariables_ = loopVariables;
     ownVariables_ = 0, labelName_.clear(), labelUsed_ = false;
+    textFile_ = newName("file"), typedFile_ = newName("file");
+    line("var " + textFile_ + ": Text; " + typedFile_ + ": file of Integer;");
+    keptMost_.clear();
     std::string body;
     body.swap(text_);
     line("begin");
@@ -88,6 +144,7 @@ void Generator::program() {
     if (labelUsed_) {
         line("label " + labelName_ + ";");
     }
+    declareKept();
     text_ += body;
 }
 

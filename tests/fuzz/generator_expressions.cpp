@@ -57,7 +57,7 @@ Term Generator::leaf() {
     spend(1);
     Place place;
     if (random_.chance(2, 3) && findPlace(place, Kind::integer, nullptr, false)) {
-        return {place.text, 0, place.low, place.high};
+        return {read(place), 0, place.low, place.high};
     }
     static const int interesting[] = {0,   1,   2,   3,    7,    8,     10, 15, 16,  31,   100,  127,   128,
                                       255, 256, 257, 1000, 4096, 32767, -1, -2, -10, -128, -256, -32768};
@@ -70,7 +70,7 @@ Term Generator::leaf() {
 Term Generator::integer(int depth) {
     bool drop = dropNext();
     Term term;
-    int form = depth <= 0 || nesting_ > 5 ? 0 : random_.below(16);
+    int form = depth <= 0 || nesting_ > 5 ? 0 : random_.below(18);
     ++nesting_;
     if (form < 3) {
         term = leaf();
@@ -83,7 +83,7 @@ Term Generator::integer(int depth) {
     } else if (form < 14) {
         term = integerFunction(depth - 1);
     } else {
-        term = pureCall(Kind::integer, nullptr);
+        term = functionCall(Kind::integer, nullptr);
     }
     --nesting_;
     if (drop) {
@@ -205,7 +205,13 @@ Term Generator::integerFunction(int depth) {
         std::string text = std::string(name) + "(" + argument + ")";
         return ranged(free() ? "Integer(" + text + ")" : text, 0, low, high);
     };
-    switch (random_.below(10)) {
+    switch (random_.below(12)) {
+    case 10:
+    case 11: {
+        // What is left of the point is always a number.
+        std::string text = "Trunc(" + real(depth).text + ")";
+        return {free() ? "Integer(" + text + ")" : text, 0, -32767, 32767};
+    }
     case 0:
         a = integer(depth);
         return made("Hi", 0, 255);
@@ -236,7 +242,7 @@ Term Generator::integerFunction(int depth) {
     case 8: {
         Place place;
         if (findPlace(place, Kind::string, nullptr, false)) {
-            return {"Length(" + place.text + ")", 0, 0, place.type->high};
+            return {"Length(" + read(place) + ")", 0, 0, place.type->high};
         }
         return leaf();
     }
@@ -260,7 +266,7 @@ Term Generator::integerOf(int low, int high, int depth) {
         for (int attempt = 0; attempt < 4; ++attempt) {
             Place place;
             if (findPlace(place, Kind::integer, nullptr, false) && place.low >= low && place.high <= high) {
-                return {place.text, 0, place.low, place.high};
+                return {read(place), 0, place.low, place.high};
             }
         }
     }
@@ -298,7 +304,20 @@ Term Generator::compare(int depth) {
     const char* relation = relations[random_.below(6)];
     spend(2);
     Term a, b;
-    switch (random_.below(10)) {
+    switch (random_.below(13)) {
+    case 10:
+    case 11:
+        a = real(depth), b = real(depth);
+        break;
+    case 12: {
+        Place one, other;
+        if (!pointers_.empty() && findPlace(one, Kind::pointer, pointers_[0], false) &&
+            findPlace(other, Kind::pointer, pointers_[0], false)) {
+            return {read(one) + (random_.chance(1, 2) ? " = " : " <> ") + read(other), comparison};
+        }
+        a = character(depth), b = character(depth);
+        break;
+    }
     case 0:
         a = character(depth), b = character(depth);
         break;
@@ -338,7 +357,7 @@ Term Generator::condition(int depth) {
     case 0: {
         Place place;
         if (findPlace(place, Kind::boolean, nullptr, false)) {
-            term = {place.text};
+            term = {read(place)};
             break;
         }
         [[fallthrough]];
@@ -367,7 +386,7 @@ Term Generator::condition(int depth) {
         break;
     }
     case 6:
-        term = pureCall(Kind::boolean, booleanType_);
+        term = functionCall(Kind::boolean, booleanType_);
         break;
     case 7:
         if (!sets_.empty()) {
@@ -392,17 +411,17 @@ Term Generator::character(int depth) {
     Place place;
     int form = depth <= 0 ? random_.below(3) : random_.below(7);
     if (form < 2 && findPlace(place, Kind::character, nullptr, false)) {
-        return {place.text};
+        return {read(place)};
     }
     if (form < 4) {
         return {scalarLiteral(characterType_, random_.between(33, 126))};
     }
     if (form == 4) {
-        Term a = pureCall(Kind::character, characterType_);
+        Term a = functionCall(Kind::character, characterType_);
         return a;
     }
     if (form == 5 && findPlace(place, Kind::character, nullptr, false)) {
-        return {"UpCase(" + place.text + ")"};
+        return {"UpCase(" + read(place) + ")"};
     }
     Term a = integerOf(32, 126, depth - 1);
     return {"Chr(" + a.text + ")"};
@@ -412,7 +431,7 @@ Term Generator::enumeration(const Type* type, int depth) {
     spend(1);
     Place place;
     if (random_.chance(1, 2) && findPlace(place, Kind::enumeration, type, false)) {
-        return {place.text};
+        return {read(place)};
     }
     if (depth > 0 && random_.chance(1, 2)) {
         Term a = integerOf(0, type->high, depth - 1);

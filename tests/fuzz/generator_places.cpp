@@ -30,6 +30,10 @@ void Generator::descend(Place& place, Kind kind, int depth) {
                 random_.below(static_cast<int>(place.type->fields.size())))];
             place.text += "." + field.name;
             place.type = field.type;
+        } else if (place.type->kind == Kind::pointer) {
+            place.text = read(place) + "^";
+            place.type = place.type->element;
+            place.byPointer = true;
         } else {
             return;
         }
@@ -55,14 +59,17 @@ bool Generator::findPlace(Place& place, Kind kind, const Type* type, bool forWri
         if ((forWriting && !variable.writable) || (pure_ && forWriting && !variable.local)) {
             continue;
         }
-        Place found{variable.name, variable.type, variable.low, variable.high, false, &variable};
-        bool structured = !variable.type->isScalar() && variable.type->kind != Kind::string;
-        if (structured && kind <= Kind::string && nesting_ > 3) {
+        Place found{variable.name, variable.type, variable.low, variable.high, false, false, &variable};
+        // What an index is made of may be a place itself, and so on.
+        if (variable.type->kind != kind && nesting_ > 3) {
             continue;
         }
         ++nesting_;
         descend(found, kind, 1);
         --nesting_;
+        if (pure_ && forWriting && found.byPointer) {
+            continue; // it may lead to anything
+        }
         if (found.type->kind == kind && (type == nullptr || found.type == type)) {
             place = found;
             return true;

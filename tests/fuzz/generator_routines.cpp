@@ -21,13 +21,13 @@ std::string Generator::call(const Routine& routine, bool& possible, bool recursi
             continue;
         }
         Place place;
-        if (parameter.byReference ||
-            !(type->isScalar() || type->kind == Kind::string || type->kind == Kind::set)) {
+        if (parameter.byReference || !(type->isScalar() || type->kind == Kind::string ||
+                                       type->kind == Kind::set || type->kind == Kind::real)) {
             if (!findPlace(place, type->kind, type, parameter.byReference)) {
                 possible = false;
                 return text;
             }
-            text += place.text;
+            text += parameter.byReference ? place.text : read(place);
             if (type->size > 2) {
                 spend(type->size / 4);
             }
@@ -35,6 +35,8 @@ std::string Generator::call(const Routine& routine, bool& possible, bool recursi
             text += string(std::max(type->high, 5), 1).text;
         } else if (type->kind == Kind::set) {
             text += set(type, 1).text;
+        } else if (type->kind == Kind::real) {
+            text += real(1).text;
         } else {
             text += scalar(type, 2).text;
         }
@@ -42,13 +44,13 @@ std::string Generator::call(const Routine& routine, bool& possible, bool recursi
     return text + (routine.parameters.empty() ? "" : ")");
 }
 
-/// A call inside an expression: of a function that changes nothing.
-Term Generator::pureCall(Kind kind, const Type* type) {
+/// A call inside an expression. A function that changes something stands there only where that may be.
+Term Generator::functionCall(Kind kind, const Type* type) {
     for (int attempt = 0; attempt < 6 && !routines_.empty(); ++attempt) {
         const Routine routine =
             routines_[static_cast<std::size_t>(random_.below(static_cast<int>(routines_.size())))];
-        if (routine.result == nullptr || !routine.pure || routine.result->kind != kind ||
-            (type != nullptr && routine.result != type)) {
+        if (routine.result == nullptr || (!routine.pure && (pure_ || !callsAllowed_)) ||
+            routine.result->kind != kind || (type != nullptr && routine.result != type)) {
             continue;
         }
         if (cost_ + weight_ * routine.cost > (current_.empty() ? mostProgramCost : mostRoutineCost)) {
@@ -58,11 +60,15 @@ Term Generator::pureCall(Kind kind, const Type* type) {
         std::string text = call(routine, possible, false);
         if (possible) {
             spend(routine.cost + 2);
-            return {text, 0, routine.result->low, routine.result->high};
+            return {routine.pure ? text : callMark(routine.result, text), 0, routine.result->low,
+                    routine.result->high};
         }
     }
     if (kind == Kind::boolean) {
         return compare(1);
+    }
+    if (kind == Kind::real) {
+        return realLeaf().term;
     }
     return kind == Kind::character ? character(0) : leaf();
 }
@@ -74,10 +80,15 @@ bool Generator::callStatement() {
         const Routine own = *current_.back();
         bool possible = true;
         Place to;
+        // The whole line depends on the condition, so nothing of it can be moved before it.
+        bool callsAllowed = callsAllowed_;
+        callsAllowed_ = false;
         if (own.result != nullptr && !findPlace(to, own.result->kind, own.result, true)) {
+            callsAllowed_ = callsAllowed;
             return false;
         }
         std::string text = call(own, possible, true);
+        callsAllowed_ = callsAllowed;
         if (!possible || (own.result != nullptr && to.indexed)) {
             return false;
         }
@@ -97,8 +108,7 @@ bool Generator::callStatement() {
             continue;
         }
         Place to;
-        if (routine.result != nullptr &&
-            (!findPlace(to, routine.result->kind, routine.result, true) || to.indexed)) {
+        if (routine.result != nullptr && !findPlace(to, routine.result->kind, routine.result, true)) {
             continue;
         }
         bool possible = true;
@@ -108,11 +118,10 @@ bool Generator::callStatement() {
         }
         spend(routine.cost + 2);
         if (routine.result != nullptr) {
-            // The function may change what other terms read, so there is only a constant besides.
+            text = callMark(routine.result, text);
             std::string rest;
             if (routine.result == integerType_ && random_.chance(1, 2)) {
-                int n = random_.between(0, 99);
-                rest = std::string(random_.chance(1, 2) ? " + " : " xor ") + std::to_string(n);
+                rest = std::string(random_.chance(1, 2) ? " + " : " xor ") + operand(leaf(), 3);
             }
             text =
                 to.text + " := " + (free() && !rest.empty() ? "Integer(" + text + rest + ")" : text + rest);
@@ -135,6 +144,9 @@ void Generator::routineHeading(Routine& made) {
         parameter.byReference = !parameter.isDepth && !made.pure && random_.chance(1, 3);
         const Type* type = parameter.isDepth ? (random_.chance(1, 2) ? byteType_ : integerType_)
                                              : pickType(random_.chance(1, 2));
+        if (!parameter.isDepth && !pointers_.empty() && random_.chance(1, 8)) {
+            type = pointers_[0];
+        }
         parameter.variable = makeVariable("p", type, !parameter.byReference);
         parameter.variable.initialised = true;
         if (parameter.isDepth) {
@@ -155,12 +167,17 @@ void Generator::routine(bool nested) {
     std::size_t start = text_.size();
     Routine made;
     made.name = newName("r");
-    if (random_.chance(1, 2)) {
-        made.result = random_.chance(1, 8) ? strings_[0] : pickScalar();
-        made.pure = pure_ || random_.chance(2, 3);
+    if (random_.chance(2, 3)) {
+        made.result = random_.chance(1, 8) ? strings_[0] : random_.chance(1, 8) ? realType_ : pickScalar();
+        made.pure = pure_ || random_.chance(1, 4);
     } else if (pure_) {
         made.result = integerType_;
         made.pure = true;
+    }
+    if (routines_.size() < 2 && !nested) {
+        // Every program has functions that change something.
+        made.result = routines_.empty() ? integerType_ : made.result != nullptr ? made.result : booleanType_;
+        made.pure = false;
     }
     // What belongs to the block around.
     auto loopVariables = loopVariables_;
@@ -170,6 +187,10 @@ void Generator::routine(bool nested) {
     long cost = cost_;
     std::size_t own = ownVariables_, routines = routines_.size(), variables = variables_.size();
     int nesting = nesting_;
+    auto kept = keptMost_;
+    auto textFile = textFile_, typedFile = typedFile_;
+    bool callsAllowed = callsAllowed_;
+    callsAllowed_ = true;
     cost_ = 0, nesting_ = 0, pure_ = made.pure;
     routineHeading(made);
     bool recursive = recursiveCalls_ > 0;
@@ -184,6 +205,7 @@ void Generator::routine(bool nested) {
     routines_.resize(routines);
     routines_.push_back(made);
     loopVariables_ = loopVariables, labelName_ = label, labelUsed_ = labelUsed, pure_ = pure;
+    keptMost_ = kept, textFile_ = textFile, typedFile_ = typedFile, callsAllowed_ = callsAllowed;
     cost_ = cost, recursiveCalls_ = recursiveCalls, ownVariables_ = own, nesting_ = nesting;
     if (drop) {
         text_.resize(start);
@@ -199,6 +221,11 @@ void Generator::routineBody(Routine& made, std::size_t level) {
     std::string before;
     before.swap(text_);
     declareVariables(random_.between(1, 4), true);
+    std::string textFile, typedFile;
+    if (recursiveCalls_ == 0 && !made.pure) {
+        textFile = newName("file"), typedFile = newName("file");
+        line("var " + textFile + ": Text; " + typedFile + ": file of Integer;");
+    }
     int recursiveCalls = recursiveCalls_;
     if (level == 0 && random_.chance(1, 4)) {
         // A routine inside may change what belongs to this one.
@@ -216,11 +243,14 @@ void Generator::routineBody(Routine& made, std::size_t level) {
     recursiveCalls_ = recursiveCalls;
     labelName_.clear();
     labelUsed_ = false;
+    keptMost_.clear();
+    textFile_ = textFile, typedFile_ = typedFile;
     line("begin");
     ++indent_;
     if (made.result != nullptr) {
-        std::string value = made.result->kind == Kind::string
-                                ? "'r'"
+        std::string value = made.result->kind == Kind::string ? "'r'"
+                            : made.result->kind == Kind::real
+                                ? "0.5"
                                 : scalarLiteral(made.result, made.result->kind == Kind::character ? 66 : 0);
         line(made.name + " := " + value + ";");
     }
@@ -231,6 +261,7 @@ void Generator::routineBody(Routine& made, std::size_t level) {
     if (made.result != nullptr) {
         bool drop = dropNext();
         std::string value = made.result->kind == Kind::string ? string(std::max(made.result->high, 5), 2).text
+                            : made.result->kind == Kind::real ? real(2).text
                                                               : scalar(made.result, 3).text;
         if (!drop) {
             line(made.name + " := " + value + ";");
@@ -244,6 +275,7 @@ void Generator::routineBody(Routine& made, std::size_t level) {
     if (labelUsed_) {
         line("label " + labelName_ + ";");
     }
+    declareKept();
     text_ += before;
 }
 

@@ -47,7 +47,13 @@ void Generator::statement() {
         break;
     case 7:
         if (!pure_ && weight_ <= 20) {
-            writeStatement();
+            if (!textFile_.empty() && weight_ <= 3 && random_.chance(1, 6)) {
+                textFileStatement();
+            } else if (!typedFile_.empty() && weight_ <= 3 && random_.chance(1, 6)) {
+                typedFileStatement();
+            } else {
+                writeStatement();
+            }
         }
         break;
     case 9:
@@ -90,6 +96,9 @@ void Generator::assignment() {
     spend(2);
     Place to;
     const Type* type = random_.chance(1, 2) ? integerType_ : pickType(true);
+    if (!pointers_.empty() && random_.chance(1, 16)) {
+        type = pointers_[0];
+    }
     if (!findPlace(to, type->kind, type, true)) {
         return;
     }
@@ -102,18 +111,23 @@ void Generator::assignment() {
     } else if (type->isScalar()) {
         Term value = scalar(type, random_.between(1, 4));
         line(to.text + " := " + value.text + ";");
+    } else if (type->kind == Kind::real) {
+        Term value = real(random_.between(1, 3));
+        line(to.text + " := " + value.text + ";");
     } else {
         Place from;
         if (findPlace(from, type->kind, type, false)) {
             spend(type->size / 4);
-            line(to.text + " := " + from.text + ";");
+            line(to.text + " := " + read(from) + ";");
         }
     }
 }
 
 void Generator::ifStatement() {
+    bool callsAllowed = callsAllowed_;
     for (int i = random_.between(1, 3);; --i) {
         Term c = condition(random_.between(1, 3));
+        callsAllowed_ = callsAllowed;
         line("if " + c.text + " then begin");
         ++indent_;
         statements(random_.between(1, 3));
@@ -122,6 +136,7 @@ void Generator::ifStatement() {
             break;
         }
         line("end else");
+        callsAllowed_ = false; // nothing can be moved to between else and if
     }
     if (random_.chance(1, 2)) {
         line("end else begin");
@@ -222,11 +237,9 @@ void Generator::forStatement() {
     bool down = random_.chance(1, 3);
     if (computed) {
         // Known limits, unknown values.
-        Term b = integerOf(low, high, 2);
-        last = b.text;
+        last = integerOf(low, high, 2).text;
         if (random_.chance(1, 2)) {
-            Term a = integerOf(low, high, 1);
-            first = a.text;
+            first = integerOf(low, high, 1).text;
         }
     }
     if (down) {
@@ -262,7 +275,10 @@ void Generator::countedLoop() {
     std::string limit = std::to_string(trips);
     bool repeated = random_.chance(1, 2);
     bool countsFirst = random_.chance(1, 2);
+    bool callsAllowed = callsAllowed_;
+    callsAllowed_ = false; // it is evaluated again and again
     Term more = condition(1);
+    callsAllowed_ = callsAllowed;
     line(variable.name + " := 0;");
     line(repeated ? "repeat"
                   : "while (" + variable.name + " < " + limit + ") and (" + more.text + ") do begin");
@@ -298,7 +314,7 @@ void Generator::withStatement() {
         Variable variable;
         variable.name = field.name;
         variable.type = field.type;
-        variable.local = place.root->local;
+        variable.local = place.root->local && !place.byPointer;
         variable.low = field.type->low;
         variable.high = field.type->high;
         variables_.push_back(variable);
@@ -341,14 +357,17 @@ void Generator::loopWithGoto() {
 }
 
 void Generator::writeStatement() {
-    std::string text = random_.chance(1, 2) ? "WriteLn('" : "Write('";
-    text += static_cast<char>('a' + random_.below(26));
-    text += "'";
+    bool lineEnd = random_.chance(1, 2);
+    std::vector<std::string> items{std::string("'") + static_cast<char>('a' + random_.below(26)) + "'"};
     for (int i = random_.between(1, 3); i > 0; --i) {
         std::string width = random_.chance(1, 3) ? ":" + std::to_string(random_.between(1, 9)) : "";
         std::string item;
         int most = 0;
-        switch (random_.below(5)) {
+        switch (random_.below(6)) {
+        case 5:
+            item = real(1).text + (free() ? " + zeroReal" : ""); // which knows a negative zero
+            width = ":1:4";
+            break;
         case 0:
             item = condition(1).text;
             break;
@@ -365,9 +384,81 @@ void Generator::writeStatement() {
             }
             break;
         }
-        text += ", " + item + width + ", ' '";
+        items.push_back(item + width);
+        items.emplace_back("' '");
     }
-    line(text + ");");
+    writeItems("", items, lineEnd);
+}
+
+/// A Write or WriteLn. Each item is written before the next one is evaluated.
+void Generator::writeItems(const std::string& file, const std::vector<std::string>& items, bool lineEnd) {
+    std::string text;
+    for (const std::string& item : items) {
+        text += (text.empty() && file.empty() ? "" : ", ") + item;
+    }
+    if (!hasCallMark(text)) {
+        line((lineEnd ? "WriteLn(" : "Write(") + file + text + ");");
+        return;
+    }
+    for (const std::string& item : items) {
+        line("Write(" + file + (file.empty() ? "" : ", ") + item + ");");
+    }
+    if (lineEnd) {
+        line(file.empty() ? "WriteLn;" : "WriteLn(" + file + ");");
+    }
+}
+
+/// Numbers and a string go to a file and come back.
+void Generator::textFileStatement() {
+    spend(40);
+    line("Assign(" + textFile_ + ", '" + textFile_ + ".TXT'); Rewrite(" + textFile_ + ");");
+    int count = random_.between(1, 3);
+    for (int i = 0; i < count; ++i) {
+        std::string number = integer(2).text;
+        std::vector<std::string> items{free() ? "Integer(" + number + ")" : number, "' '"};
+        int most = 0;
+        items.push_back(stringPiece(30, most).text);
+        writeItems(textFile_, items, true);
+    }
+    line("Reset(" + textFile_ + ");");
+    for (int i = random_.between(1, count); i > 0; --i) {
+        Place number, text;
+        if (!findPlace(number, Kind::integer, integerType_, true)) {
+            break;
+        }
+        if (!findPlace(text, Kind::string, nullptr, true)) {
+            line("ReadLn(" + textFile_ + ", " + number.text + ");");
+        } else if (hasCallMark(number.text + text.text)) {
+            line("Read(" + textFile_ + ", " + number.text + ");");
+            line("ReadLn(" + textFile_ + ", " + text.text + ");");
+        } else {
+            line("ReadLn(" + textFile_ + ", " + number.text + ", " + text.text + ");");
+        }
+    }
+    line("WriteLn(Eof(" + textFile_ + ")); Close(" + textFile_ + ");");
+}
+
+/// Numbers go to records of a file and come back from somewhere in it.
+void Generator::typedFileStatement() {
+    spend(40);
+    line("Assign(" + typedFile_ + ", '" + typedFile_ + ".DAT'); Rewrite(" + typedFile_ + ");");
+    int count = 0;
+    for (int i = random_.between(1, 4); i > 0; --i) {
+        Place place;
+        if (findPlace(place, Kind::integer, integerType_, true)) {
+            line("Write(" + typedFile_ + ", " + place.text + ");");
+            ++count;
+        }
+    }
+    for (int i = random_.between(0, count); i > 0; --i) {
+        Place place;
+        line("Seek(" + typedFile_ + ", " + integerOf(0, count - 1, 1).text + ");");
+        if (findPlace(place, Kind::integer, integerType_, true)) {
+            line("Read(" + typedFile_ + ", " + place.text + ");");
+        }
+    }
+    line("WriteLn(FilePos(" + typedFile_ + "), ' ', FileSize(" + typedFile_ + ")); Close(" + typedFile_ +
+         ");");
 }
 
 /// Adds what a variable holds to the checksum.
@@ -392,6 +483,12 @@ void Generator::mixPlace(const std::string& text, const Type* type) {
         line(mixName_ + "(Ord(" + first + " in " + text + "));");
         return;
     }
+    case Kind::real:
+        line("WriteLn(" + text + (free() ? " + zeroReal" : "") + ":1:4);");
+        return;
+    case Kind::pointer:
+        mixPlace(text + "^", type->element);
+        return;
     case Kind::record:
         for (const Field& field : type->fields) {
             mixPlace(text + "." + field.name, field.type);

@@ -11,13 +11,14 @@ Term Generator::stringPiece(int limit, int& most) {
     int form = random_.below(6);
     if (form < 3 && findPlace(place, Kind::string, nullptr, false) && place.type->high <= limit) {
         most = place.type->high;
-        return {place.text};
+        return {read(place)};
     }
     if (form == 3 && findPlace(place, Kind::string, nullptr, false)) {
         int count = random_.between(0, std::min(limit, 20));
-        std::string from = std::to_string(random_.between(1, 10));
+        std::string text = read(place);
+        std::string from = integerOf(1, 10, random_.below(2)).text;
         most = count;
-        return {"Copy(" + place.text + ", " + from + ", " + std::to_string(count) + ")"};
+        return {"Copy(" + text + ", " + from + ", " + std::to_string(count) + ")"};
     }
     if (form == 4) {
         Term a = character(1);
@@ -67,17 +68,27 @@ Term Generator::set(const Type* type, int depth) {
     Place place;
     Term term;
     if (random_.chance(1, 2) && findPlace(place, Kind::set, type, false)) {
-        term = {place.text};
+        term = {read(place)};
     } else {
         std::string text = "[";
+        int from = 0; // Free Pascal takes a constant that is there twice for an error
         for (int i = random_.below(4); i > 0; --i) {
-            int from = type->element != nullptr ? random_.between(0, type->high) : -1;
-            if (from >= 0) {
-                text += scalarLiteral(type->element, from);
-                if (random_.chance(1, 3)) {
-                    text += ".." + scalarLiteral(type->element, random_.between(from, type->high));
-                } else if (random_.chance(1, 2)) {
-                    text += ", " + enumeration(type->element, 1).text;
+            if (type->element != nullptr) {
+                Place element;
+                if (from > type->high || random_.chance(1, 3)) {
+                    bool there = findPlace(element, Kind::enumeration, type->element, false);
+                    text += there ? read(element) : "";
+                    if (!there) {
+                        break;
+                    }
+                } else {
+                    from = random_.between(from, type->high);
+                    text += scalarLiteral(type->element, from);
+                    if (random_.chance(1, 3)) {
+                        from = random_.between(from, type->high);
+                        text += ".." + scalarLiteral(type->element, from);
+                    }
+                    ++from;
                 }
             } else {
                 text += setElement(type, random_.below(2)).text;
@@ -86,6 +97,9 @@ Term Generator::set(const Type* type, int depth) {
                 }
             }
             text += i > 1 ? ", " : "";
+        }
+        if (text.back() == ' ') {
+            text.resize(text.size() - 2);
         }
         term = {text + "]"};
     }
@@ -103,15 +117,24 @@ Term Generator::set(const Type* type, int depth) {
 /// One of the statements on strings; false when there is no string to write to.
 bool Generator::stringStatement() {
     Place to;
-    if (!findPlace(to, Kind::string, nullptr, true)) {
-        return false;
-    }
+    int form = random_.below(7);
+    // What stands in a conditional statement cannot be moved before it.
+    bool callsAllowed = callsAllowed_;
+    callsAllowed_ = callsAllowed && form != 4 && form != 5;
+    bool done = findPlace(to, Kind::string, nullptr, true) && stringStatementOn(to, form);
+    callsAllowed_ = callsAllowed;
+    return done;
+}
+
+bool Generator::stringStatementOn(const Place& to, int form) {
     spend(10);
-    switch (random_.below(7)) {
-    case 0:
-        line("Delete(" + to.text + ", " + std::to_string(random_.between(1, 6)) + ", " +
-             std::to_string(random_.between(0, 5)) + ");");
+    switch (form) {
+    case 0: {
+        Term from = integerOf(1, 6, 1);
+        Term count = integerOf(0, 5, 1);
+        line("Delete(" + to.text + ", " + from.text + ", " + count.text + ");");
         return true;
+    }
     case 1: {
         int most = 0;
         Term what = stringPiece(40, most);
@@ -132,7 +155,7 @@ bool Generator::stringStatement() {
         if (findPlace(place, Kind::integer, integerType_, true)) {
             int most = 0;
             Term part = stringPiece(5, most);
-            std::string from = to.text;
+            std::string from = read(to);
             line(place.text + " := Pos(" + part.text + ", " + from + ");");
         }
         return true;

@@ -24,11 +24,12 @@ void Generator::makeTypes() {
         return addType(std::move(type), "");
     };
     types_.clear();
-    enumerations_.clear(), strings_.clear(), structures_.clear(), sets_.clear();
+    enumerations_.clear(), strings_.clear(), structures_.clear(), sets_.clear(), pointers_.clear();
     integerType_ = plain(Kind::integer, "Integer", -32768, 32767, 2);
     byteType_ = plain(Kind::integer, "Byte", 0, 255, 1);
     characterType_ = plain(Kind::character, "Char", 0, 255, 1);
     booleanType_ = plain(Kind::boolean, "Boolean", 0, 1, 1);
+    realType_ = plain(Kind::real, "Real", 0, 0, 6);
     scalars_ = {integerType_, integerType_, integerType_, byteType_, byteType_, characterType_, booleanType_};
     line("type");
     ++indent_;
@@ -75,6 +76,14 @@ void Generator::makeTypes() {
     }
     for (int i = random_.between(2, 5); i > 0; --i) {
         structures_.push_back(random_.chance(3, 5) ? makeArray() : makeRecord());
+    }
+    if (random_.chance(2, 3)) {
+        Type type;
+        type.kind = Kind::pointer;
+        type.size = 2;
+        type.element = pickType(true);
+        std::string to = type.element->name;
+        pointers_.push_back(addType(std::move(type), "^" + to));
     }
     --indent_;
 }
@@ -144,6 +153,9 @@ const Type* Generator::pickType(bool anything) {
     if (anything && form == 3) {
         return one(sets_);
     }
+    if (anything && form == 4) {
+        return realType_;
+    }
     return pickScalar();
 }
 
@@ -162,7 +174,12 @@ void Generator::declareVariables(int count, bool local) {
     line("var");
     ++indent_;
     for (int i = 0; i < count; ++i) {
-        Variable variable = makeVariable(local ? "l" : "g", i == 0 ? integerType_ : pickType(true), local);
+        const Type* type = i == 0 ? integerType_ : pickType(true);
+        // A routine has them as parameters only, where they lead somewhere from the start.
+        if (!local && !pointers_.empty() && (i == 1 || random_.chance(1, 8))) {
+            type = pointers_[0];
+        }
+        Variable variable = makeVariable(local ? "l" : "g", type, local);
         variable.dropped = dropNext();
         if (!variable.dropped) {
             line(variable.name + ": " + variable.type->name + ";");
@@ -206,6 +223,8 @@ std::string Generator::constantOf(const Type* type) {
     }
     case Kind::set:
         return "[]";
+    case Kind::real:
+        return realLiteral();
     case Kind::character:
         return scalarLiteral(type, random_.between(32, 126));
     default:
@@ -251,6 +270,9 @@ void Generator::clear(const Variable& variable) {
             value = 65;
         }
         line(variable.name + " := " + scalarLiteral(variable.type, value) + ";");
+    } else if (variable.type->kind == Kind::pointer) {
+        line("New(" + variable.name + "); FillChar(" + variable.name + "^, SizeOf(" + variable.name +
+             "^), 0);");
     } else {
         line("FillChar(" + variable.name + ", SizeOf(" + variable.name + "), 0);");
     }

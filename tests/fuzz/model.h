@@ -7,7 +7,18 @@
 
 namespace fuzz {
 
-enum class Kind : std::uint8_t { integer, character, boolean, enumeration, string, array, record, set };
+enum class Kind : std::uint8_t {
+    integer,
+    character,
+    boolean,
+    enumeration,
+    string,
+    array,
+    record,
+    set,
+    real,
+    pointer
+};
 
 struct Type;
 struct Field {
@@ -22,7 +33,7 @@ struct Type {
     std::string name;
     int low = 0;                   ///< scalars, and the index range of arrays
     int high = 0;                  ///< strings: the greatest length
-    const Type* element = nullptr; ///< arrays
+    const Type* element = nullptr; ///< arrays; what pointers lead to
     const Type* index = nullptr;   ///< arrays whose index is not a number
     std::vector<Field> fields;
     std::vector<std::string> literals; ///< enumerations
@@ -59,7 +70,9 @@ struct Routine {
     long cost = 0;                ///< of one call, in executed terms
 };
 
-/// A piece of an expression.
+/// A piece of an expression. In Free Pascal's text each read of a variable and each call of a function that
+/// changes something stands between marks, so that they can be moved out of the statement in the order of the
+/// text, which is the one in which our compiler evaluates them.
 struct Term {
     std::string text;
     int level = 0;                  ///< 0 stands anywhere, 3 product, 4 sum, 5 comparison
