@@ -32,7 +32,10 @@ Expr* SourceParser::routineCall(Symbol& symbol, Position position) {
 
 Expr* SourceParser::valueArgument(const Symbol& parameter) {
     const Position position = token_.position;
-    return assignable(parseExpression(), parameter.type, position);
+    Expr* value = parseExpression();
+    if (parameter.type->kind == TypeKind::record && value->type == parameter.type)
+        return value; // with its files, which an assignment would refuse
+    return assignable(value, parameter.type, position);
 }
 
 // The actual variable must be of the very type of the formal one. Strings may differ with {$V-}, and a

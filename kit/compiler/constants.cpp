@@ -55,12 +55,13 @@ ConstantValue SourceParser::unsignedConstant() {
         scanner_.controlCharacter(token_);
     switch (token_.kind) {
     case TokenKind::integer:
-        if (token_.value > 32767)
-            failHere(Error::integerConstant);
-        constant.type = &integer_;
-        constant.value = token_.value;
-        advance();
-        break;
+        if (token_.value <= 32767) {
+            constant.type = &integer_;
+            constant.value = token_.value;
+            advance();
+            break;
+        }
+        [[fallthrough]];
     case TokenKind::real: {
         if (!feature(features_.reals, "reals"))
             break;

@@ -46,6 +46,16 @@ Expr* SourceParser::toString(Expr* value) {
     return convertNode(value, stringType(type.size));
 }
 
+// A string where a Char is wanted: its length must be 1 when the program runs. The empty literal is Chr(0).
+// Anything else stays what it is.
+Expr* SourceParser::toChar(Expr* value) {
+    if (value->type->kind != TypeKind::string)
+        return value;
+    if (value->kind != ExprKind::string)
+        return convertNode(value, &char_);
+    return value->textLength == 0 ? ordinalNode(0, &char_, value->position) : value;
+}
+
 // Integers as reals; null for what cannot be one.
 Expr* SourceParser::toReal(Expr* value) {
     if (value->type->kind == TypeKind::real)
@@ -111,8 +121,8 @@ Expr* SourceParser::assignable(Expr* value, Type* target, Position position) {
 }
 
 Expr* SourceParser::assignableOrdinal(Expr* value, Type* target, Position position) {
-    if (target->host() == &char_ && value->type->kind == TypeKind::string && value->kind != ExprKind::string)
-        value = convertNode(value, &char_); // its length is checked as the program runs
+    if (target->host() == &char_)
+        value = toChar(value);
     if (!value->type->isOrdinal() || value->type->host() != target->host())
         return nullptr;
     const bool checked = scanner_.directives().rangeCheck;

@@ -54,12 +54,14 @@ Expr* SourceParser::arrayIndex(Expr* base, Position bracket, bool checked) {
     Expr* index = parseExpression();
     if (errors.failed())
         return errorNode();
+    if (array.index->host() == &char_)
+        index = toChar(index);
     if (!index->type->isOrdinal() || index->type->host() != array.index->host()) {
         fail(Error::typeMismatch, position);
         return errorNode();
     }
     const bool constant = index->kind == ExprKind::ordinal;
-    if (constant && (index->value < array.low || index->value > array.high))
+    if (constant && checked && (index->value < array.low || index->value > array.high))
         fail(Error::constantOutOfRange, position);
     Expr* node = newExpr(ExprKind::index, array.base, bracket);
     node->left = base;
@@ -76,7 +78,7 @@ Expr* SourceParser::characterIndex(Expr* base, bool checked) {
     if (errors.failed())
         return errorNode();
     const bool constant = index->kind == ExprKind::ordinal;
-    if (constant && (index->value < 0 || index->value > string.high))
+    if (constant && checked && (index->value < 0 || index->value > string.high))
         fail(Error::constantOutOfRange, position);
     Expr* node = newExpr(ExprKind::character, &char_, base->position);
     node->left = base;

@@ -48,6 +48,8 @@ void Scanner::directiveList(bool brace) {
     const Position start = here();
     while (!errors_.failed()) {
         const Position position = here();
+        if (commentEnd(brace))
+            return;
         const int letter = upper(peek());
         if (letter == 'I' && peekBehind(1) != '+' && peekBehind(1) != '-') {
             take();
@@ -66,6 +68,17 @@ void Scanner::directiveList(bool brace) {
         if (take() == endOfFile)
             return fail(Error::unexpectedEnd, start);
     }
+}
+
+// The rest of a directive that is unknown, such as {$F4} or {$-V}: other compilers' directives change
+// nothing.
+void Scanner::passDirective() {
+    const auto belongs = [](int c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '+' ||
+               c == '-';
+    };
+    while (belongs(peek()))
+        skip();
 }
 
 bool Scanner::sign(bool& flag) {
@@ -104,7 +117,8 @@ bool Scanner::directive(int letter) {
         directives_.withLimit = static_cast<std::uint8_t>(take() - '0');
         return true;
     default:
-        return false;
+        passDirective();
+        return true;
     }
 }
 
@@ -117,10 +131,14 @@ void Scanner::include(bool brace, Position position) {
     while (peek() == ' ' || peek() == '\t')
         take();
     bool inName = true;
+    bool ended = false; // by a semicolon, which some put behind the name
     while (!commentEnd(brace)) {
         const int character = take();
         if (character == endOfFile)
             return fail(Error::unexpectedEnd, position);
+        ended = ended || character == ';';
+        if (ended)
+            continue;
         if (character <= ' ')
             inName = false;
         if (inName && name.size() < longestPath)
@@ -147,7 +165,12 @@ void Scanner::include(bool brace, Position position) {
         name += ".PAS";
     if (outer_.size() >= maximumIncludeDepth)
         return fail(Error::includeNesting, position, name);
-    push(name, position, more ? notADosName(whole) : name, isShown);
+    // On the author's machine it lay on another disk; here it lies with the others.
+    const std::string named = name;
+    if (name[1] == ':' && !isDosDevice(name) && host_.openSource(name) == nullptr)
+        name.erase(0, 2);
+    const bool asWritten = !ended && name == named;
+    push(name, position, more ? notADosName(whole) : named, isShown && asWritten);
 }
 
 } // namespace tp3

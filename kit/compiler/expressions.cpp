@@ -274,7 +274,7 @@ Expr* SourceParser::stringExpression() {
 
 Expr* SourceParser::ordinalExpression() {
     const Position position = token_.position;
-    Expr* value = parseExpression();
+    Expr* value = toChar(parseExpression());
     if (!value->type->isOrdinal())
         fail(Error::simpleExpressionExpected, position);
     return value;

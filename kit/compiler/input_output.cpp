@@ -73,13 +73,18 @@ Stmt* SourceParser::closeTransfer(Transfer& transfer) {
     return sequence(transfer.list, transfer.position);
 }
 
-// A value of an item of a Write to a file. Routines of the program may write or read themselves, so they are
-// called while no file is selected.
-Expr* SourceParser::itemValue(Expr* value, Transfer& transfer) {
-    if (transfer.file == nullptr || errors.failed() || !callsRoutine(value))
-        return value;
+// What an item of a Write to a file consists of. Routines of the program may write or read themselves, so
+// they are called while no file is selected; what stands before the last call is worked out before it, too.
+void SourceParser::holdCalls(std::span<Expr*> parts, Transfer& transfer) {
+    std::size_t held = parts.size();
+    while (held > 0 && !callsRoutine(parts[held - 1]))
+        --held;
+    if (transfer.file == nullptr || errors.failed() || held == 0)
+        return;
     select(transfer, false);
-    return heldValue(value, value->type, transfer.list);
+    for (Expr*& part : parts.first(held))
+        if (part->kind != ExprKind::ordinal && part->kind != ExprKind::string)
+            part = heldValue(part, part->type, transfer.list);
 }
 
 // fileItems = {',' variable}; each is one component
@@ -134,7 +139,7 @@ Stmt* SourceParser::writeStatement(bool line, Position position) {
         if (transfer.file != nullptr && transfer.file->type->kind == TypeKind::typedFile)
             return sequence(transfer.list, position);
     } else if (!line) {
-        openArguments();
+        return newStmt(StmtKind::empty, position); // nothing is written
     }
     if (line) {
         select(transfer, true);
@@ -165,16 +170,17 @@ void SourceParser::writeItem(Expr* value, Transfer& transfer, Position position)
         routine = StandardRoutine::writeReal;
     else if (!isStringLike(type))
         fail(Error::notReadableOrWritable, position);
+    std::array<Expr*, 3> parts{value, nullptr, nullptr};
+    std::size_t count = 1;
+    if (routine != StandardRoutine::writeReal)
+        parts[count++] = widthPart();
+    else
+        while (count < parts.size()) // width and decimals that are not given are -1
+            parts[count++] = at(TokenKind::colon) ? widthPart() : ordinalNode(-1, &integer_, position);
+    holdCalls({parts.data(), count}, transfer);
     Expr* call = standardNode(routine, &untyped_, position);
-    append(call, itemValue(value, transfer));
-    if (routine != StandardRoutine::writeReal) {
-        append(call, itemValue(widthPart(), transfer));
-    } else {
-        // Width and decimals that are not given are -1.
-        for (int i = 0; i < 2; ++i)
-            append(call, at(TokenKind::colon) ? itemValue(widthPart(), transfer)
-                                              : ordinalNode(-1, &integer_, position));
-    }
+    for (std::size_t i = 0; i < count; ++i)
+        append(call, parts[i]);
     select(transfer, true);
     transfer.list.add(callStmt(call, position));
 }

@@ -134,7 +134,8 @@ void SourceParser::parameterGroup(Routine& routine, Symbol*& last) {
     expect(TokenKind::colon, Error::colonExpected);
     const Position position = token_.position;
     Type* type = parseTypeIdentifier();
-    if (!byAddress && containsFile(*type))
+    // A record may bring its files along: the routine gets a copy of them as they are.
+    if (!byAddress && type->kind != TypeKind::record && containsFile(*type))
         fail(Error::fileMustBeVar, position);
     for (Symbol* parameter = first; parameter != nullptr; parameter = parameter->next)
         parameter->type = type;

@@ -18,11 +18,14 @@ constexpr bool isLetter(int c) {
 constexpr int upper(int c) {
     return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c;
 }
-// The characters of names, in upper case; 0 for all others.
+// The characters of names, in upper case and without bit 7; 0 for all others.
 constexpr std::array<char, 256> nameCharacters = [] {
     std::array<char, 256> table{};
-    for (int c = 0; c < 256; ++c)
-        table[static_cast<std::size_t>(c)] = isLetter(c) || isDigit(c) ? static_cast<char>(upper(c)) : '\0';
+    for (int c = 0; c < 256; ++c) {
+        const int code = c & 0x7F;
+        table[static_cast<std::size_t>(c)] =
+            isLetter(code) || isDigit(code) ? static_cast<char>(upper(code)) : '\0';
+    }
     return table;
 }();
 constexpr int hexDigit(int c) {
@@ -122,9 +125,9 @@ int Scanner::take() {
     return character;
 }
 
-// LF, CR LF and CR all end a line.
+// LF, CR LF and CR all end a line; the LF of a pair may have bit 7.
 void Scanner::lineEnd(int character) {
-    if (character == '\r' && peek() == '\n')
+    if (character == '\r' && code() == '\n')
         skip();
     // A position has two bytes for the line; a wrong one would lead the user astray.
     if (source_.line == UINT16_MAX) {
@@ -209,7 +212,7 @@ bool Scanner::popInclude() {
 bool Scanner::skipBlanks() {
     while (!errors_.failed()) {
         passBuffered([](char c) { return c == ' ' || c == '\t'; });
-        const int character = peek();
+        const int character = code();
         if (character > ' ' && character != '{' && character != '(')
             return true;
         if (character == endOfFile) {
@@ -219,7 +222,7 @@ bool Scanner::skipBlanks() {
             take();
         } else if (character == '{') {
             skipComment(true);
-        } else if (peekBehind(1) == '*') {
+        } else if (codeBehind(1) == '*') {
             skipComment(false);
         } else {
             return true;
@@ -235,7 +238,7 @@ void Scanner::next(Token& token) {
         return;
     }
     token.position = here();
-    const int character = peek();
+    const int character = code();
     if (isLetter(character))
         identifier(token);
     else if (isDigit(character))
@@ -248,6 +251,31 @@ void Scanner::next(Token& token) {
         symbol(token);
     if (errors_.failed())
         token.kind = TokenKind::endOfSource;
+}
+
+void Scanner::passHeading(Token& token) {
+    std::uint32_t line = lines_;
+    while (skipBlanks() && code() != ';') {
+        if (lines_ != line && isLetter(code())) {
+            line = lines_;
+            next(token);
+            switch (token.kind) {
+            case TokenKind::wordLabel:
+            case TokenKind::wordConst:
+            case TokenKind::wordType:
+            case TokenKind::wordVar:
+            case TokenKind::wordProcedure:
+            case TokenKind::wordFunction:
+            case TokenKind::wordOverlay:
+            case TokenKind::wordBegin:
+                return;
+            default:
+                continue;
+            }
+        }
+        skip();
+    }
+    next(token);
 }
 
 void Scanner::identifier(Token& token) {
@@ -269,42 +297,40 @@ void Scanner::identifier(Token& token) {
     } while (source_.next == source_.end && out != full && fill(1));
     const auto length = static_cast<std::size_t>(out - text_.data());
     textLength_ = length;
-    const int character = peek();
+    const int character = code();
     if (isLetter(character) || isDigit(character))
         return fail(Error::tableOverflow, token.position, "identifier of more than 127 characters");
-    if (character >= 0x80)
-        return fail(Error::identifierCharacter, here());
     token.name = names_.find(text(), hash);
     token.kind = token.name->reservedWord == 0 ? TokenKind::identifier
                                                : static_cast<TokenKind>(token.name->reservedWord);
 }
 
-// integer = digit {digit}; a number is real when a point and a digit, or an exponent, follow.
+// integer = digit {digit}; a number is real when a point or an exponent follows, and when it is above 32767.
+// 32768 alone is left to the parser, which knows whether a minus stands before it.
 void Scanner::number(Token& token) {
     textLength_ = 0;
     std::int32_t value = 0;
     std::size_t digits = 0;
-    for (int digit = peek(); isDigit(digit); skip(), digit = peek()) {
+    for (int digit = code(); isDigit(digit); skip(), digit = code()) {
         if (value < 100000)
             value = value * 10 + digit - '0';
         if (digits < maximumString)
             text_[digits] = static_cast<char>(digit);
         ++digits;
     }
-    const int after = peek();
-    const bool point = after == '.' && peekBehind(1) != '.' && peekBehind(1) != ')';
+    const int after = code();
+    const bool point = after == '.' && codeBehind(1) != '.' && codeBehind(1) != ')';
     const bool exponent =
-        upper(after) == 'E' && (isDigit(peekBehind(1)) ||
-                                ((peekBehind(1) == '+' || peekBehind(1) == '-') && isDigit(peekBehind(2))));
-    if (point || exponent)
+        upper(after) == 'E' && (isDigit(codeBehind(1)) ||
+                                ((codeBehind(1) == '+' || codeBehind(1) == '-') && isDigit(codeBehind(2))));
+    if (point || exponent || value > 32768)
         return realNumber(token, digits);
-    if (value > 32768)
-        return fail(Error::integerConstant, token.position);
+    textLength_ = std::min(digits, maximumString);
     token.kind = TokenKind::integer;
     token.value = value;
 }
 
-// real = digits '.' digits ['E' [sign] digits] | digits 'E' [sign] digits
+// real = digits ['.' {digit}] ['E' [sign] digits]; a point that `..` or `.)` begins is not one of a number
 void Scanner::realNumber(Token& token, std::size_t digits) {
     textLength_ = digits;
     const auto keep = [this](int character) {
@@ -312,21 +338,21 @@ void Scanner::realNumber(Token& token, std::size_t digits) {
             text_[textLength_] = static_cast<char>(character);
         ++textLength_;
     };
-    if (peek() == '.') {
-        if (!isDigit(peekBehind(1)))
-            return fail(Error::realConstant, token.position);
-        keep(take());
-        while (isDigit(peek()))
-            keep(take());
+    const auto keepDigits = [&] {
+        for (; isDigit(code()); skip())
+            keep(code());
+    };
+    if (code() == '.' && codeBehind(1) != '.' && codeBehind(1) != ')') {
+        keep('.');
+        skip();
+        keepDigits();
     }
-    if (upper(peek()) == 'E') {
-        const std::size_t digitAt = peekBehind(1) == '+' || peekBehind(1) == '-' ? 2 : 1;
-        if (isDigit(peekBehind(digitAt))) {
-            keep(upper(take()));
-            if (digitAt == 2)
-                keep(take());
-            while (isDigit(peek()))
-                keep(take());
+    if (upper(code()) == 'E') {
+        const std::size_t digitAt = codeBehind(1) == '+' || codeBehind(1) == '-' ? 2 : 1;
+        if (isDigit(codeBehind(digitAt))) {
+            for (std::size_t i = 0; i < digitAt; ++i, skip())
+                keep(upper(code()));
+            keepDigits();
         }
     }
     if (textLength_ > maximumString) {
@@ -341,14 +367,14 @@ void Scanner::hexNumber(Token& token) {
     take();
     std::int32_t value = 0;
     bool any = false;
-    for (int digit = hexDigit(peek()); digit >= 0; digit = hexDigit(peek())) {
+    for (int digit = hexDigit(code()); digit >= 0; digit = hexDigit(code())) {
         value = value * 16 + digit;
         any = true;
         take();
         if (value > 0xFFFF)
             return fail(Error::integerConstant, token.position);
     }
-    if (!any || isLetter(peek()))
+    if (!any || isLetter(code()))
         return fail(Error::integerConstant, token.position);
     token.kind = TokenKind::integer;
     token.value = value > 32767 ? value - 65536 : value;
@@ -384,13 +410,13 @@ bool Scanner::quoted(Position start) {
 bool Scanner::numbered() {
     const Position start = here();
     take();
-    const bool hex = peek() == '$';
+    const bool hex = code() == '$';
     if (hex)
         take();
     int value = 0;
     bool any = false;
-    while (hex ? hexDigit(peek()) >= 0 : isDigit(peek())) {
-        value = hex ? value * 16 + hexDigit(peek()) : value * 10 + peek() - '0';
+    while (hex ? hexDigit(code()) >= 0 : isDigit(code())) {
+        value = hex ? value * 16 + hexDigit(code()) : value * 10 + code() - '0';
         any = true;
         take();
         if (value > 255) {
@@ -409,7 +435,7 @@ bool Scanner::numbered() {
 // What follows the caret: @ A..Z [ \ ] ^ _ stand for 0..31, ? for 127.
 bool Scanner::control() {
     const Position start = here();
-    const int character = upper(peek());
+    const int character = upper(code());
     if ((character < '@' || character > '_') && character != '?') {
         fail(Error::unknownIdentifier, start);
         return false;
@@ -422,7 +448,7 @@ bool Scanner::control() {
 // Literals that touch each other are one: 'ab'^G#13'c'
 void Scanner::stringPieces(Token& token) {
     while (!errors_.failed()) {
-        const int character = peek();
+        const int character = code();
         if (character == '\'') {
             if (!quoted(token.position))
                 return;
@@ -455,14 +481,14 @@ void Scanner::controlCharacter(Token& token) {
 
 void Scanner::symbol(Token& token) {
     const auto two = [&](int second, TokenKind both, TokenKind single) {
-        if (peek() == second) {
+        if (code() == second) {
             skip();
             token.kind = both;
         } else {
             token.kind = single;
         }
     };
-    const int character = peek();
+    const int character = code();
     skip();
     switch (character) {
     case '+':

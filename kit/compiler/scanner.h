@@ -25,7 +25,7 @@ struct Directives {
     bool varStringCheck = true;  ///< V
     bool userInterrupt = false;  ///< U
     bool arraySpeed = true;      ///< X
-    std::uint8_t withLimit = 2;  ///< W
+    std::uint8_t withLimit = 9;  ///< W
 };
 
 /// The first error of a compilation and the names of the files in which it may lie.
@@ -58,6 +58,10 @@ class Scanner {
     /// Called when `token` is a caret in a place where a value begins: reads it as a control character such
     /// as ^G (with what follows directly, 'text' and #13), so that it becomes a string token.
     void controlCharacter(Token& token);
+    /// Called when `token` is the word "program": makes it the semicolon that ends the heading, whatever
+    /// stands between. A heading without one ends before the next line that begins with a declaration or
+    /// "begin".
+    void passHeading(Token& token);
 
     /// Characters of the string or real token that was read last.
     [[nodiscard]] std::string_view text() const { return {text_.data(), textLength_}; }
@@ -104,6 +108,13 @@ class Scanner {
     /// Takes the character that peek() gave, which is neither a line's end nor the file's.
     void skip() { ++source_.next; }
     int peekBehind(std::size_t ahead);
+    /// The same outside of literals and comments, where bit 7 does not count: word processors of the time set
+    /// it at the ends of words and lines.
+    int code() { return withoutBit7(peek()); }
+    int codeBehind(std::size_t ahead) { return withoutBit7(peekBehind(ahead)); }
+    static constexpr int withoutBit7(int character) {
+        return character == endOfFile ? character : character & 0x7F;
+    }
     int take();
     bool fill(std::size_t wanted);
     void lineEnd(int character);
@@ -120,6 +131,7 @@ class Scanner {
     bool commentEnd(bool brace);
     void directiveList(bool brace);
     bool directive(int letter);
+    void passDirective();
     bool sign(bool& flag);
     void include(bool brace, Position position);
 

@@ -35,6 +35,18 @@ void SourceParser::enter(Symbol& symbol) {
     scope.last = &symbol;
 }
 
+// What a name means where a statement begins: a constant or type of the name of a procedure does not hide it,
+// since it could not stand there.
+Symbol* SourceParser::statementMeaning(const Name& name) {
+    Symbol* found = name.meaning;
+    while (found != nullptr && (found->kind == SymbolKind::constant || found->kind == SymbolKind::typeName))
+        found = found->shadowed;
+    const bool procedure =
+        found != nullptr && (found->kind == SymbolKind::standardRoutine ||
+                             (found->kind == SymbolKind::routine && found->routine->result == nullptr));
+    return procedure ? found : name.meaning;
+}
+
 // A new symbol in the innermost scope. `name` may be null after an error; the symbol is then in no scope.
 Symbol* SourceParser::declare(Name* name, SymbolKind kind, Position position) {
     Symbol* symbol = arena_.make<Symbol>();

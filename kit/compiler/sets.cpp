@@ -2,6 +2,28 @@
 
 namespace tp3 {
 
+// What cannot be in a set stops the program under {$R+}; otherwise its low byte counts.
+Expr* SourceParser::setElement() {
+    const Position position = token_.position;
+    Expr* element = ordinalExpression();
+    const Type& type = *element->type;
+    constexpr std::int32_t highest = 255;
+    if (errors.failed() || !scanner_.directives().rangeCheck || (type.low >= 0 && type.high <= highest))
+        return element;
+    if (element->kind == ExprKind::ordinal) {
+        if (element->value < 0 || element->value > highest)
+            fail(Error::constantOutOfRange, position);
+        return element;
+    }
+    Type* member = newType(type.kind);
+    member->high = highest;
+    member->size = 1;
+    member->base = type.base != nullptr ? type.base : element->type;
+    Expr* node = convertNode(element, member);
+    node->checked = true;
+    return node;
+}
+
 // elements = '[' [expression ['..' expression] {',' expression ['..' expression]}] ']'
 Expr* SourceParser::setConstructor() {
     const Position position = token_.position;
@@ -13,11 +35,11 @@ Expr* SourceParser::setConstructor() {
         return set;
     do {
         const Position start = token_.position;
-        Expr* element = ordinalExpression();
+        Expr* element = setElement();
         if (accept(TokenKind::range)) {
             Expr* range = newExpr(ExprKind::range, element->type, start);
             range->left = element;
-            range->right = ordinalExpression();
+            range->right = setElement();
             if (!errors.failed() && range->left->type->host() != range->right->type->host())
                 fail(Error::typeMismatch, range->right->position);
             element = finish(range);
@@ -66,6 +88,7 @@ Expr* SourceParser::setOperation(Operator op, Expr* left, Expr* right, Position 
 }
 
 Expr* SourceParser::setMembership(Expr* element, Expr* set, Position position) {
+    element = toChar(element);
     if (set->type->kind != TypeKind::set || !element->type->isOrdinal())
         return operandError(position);
     if (set->type->base != nullptr && set->type->base->host() != element->type->host()) {

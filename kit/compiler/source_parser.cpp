@@ -77,20 +77,14 @@ bool SourceParser::run() {
     return !errors.failed();
 }
 
-// program = ['program' identifier ['(' identifier {',' identifier} ')'] ';'] block '.'
+// program = ['program' {any character} ';'] block '.'
 void SourceParser::program() {
     Routine* main = arena_.make<Routine>();
     callees.emplace_back();
     ++routineCount_;
     openScope();
-    if (accept(TokenKind::wordProgram)) {
-        expectIdentifier();
-        if (accept(TokenKind::leftParenthesis)) {
-            do
-                expectIdentifier();
-            while (accept(TokenKind::comma));
-            expect(TokenKind::rightParenthesis, Error::rightParenthesisExpected);
-        }
+    if (at(TokenKind::wordProgram)) {
+        scanner_.passHeading(token_);
         expectSemicolon();
     }
     block(*main);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -115,6 +116,7 @@ class SourceParser {
     void closeScope();
     Symbol* declare(Name* name, SymbolKind kind, Position position);
     void enter(Symbol& symbol);
+    static Symbol* statementMeaning(const Name& name);
     Symbol* newVariable(Name* name, StorageKind storage, Type* type, Position position);
     Symbol* newHidden(Type* type);
     void addLocal(Symbol& variable);
@@ -247,6 +249,7 @@ class SourceParser {
     Expr* convertNode(Expr* value, Type* type);
     Expr* retype(Expr* value, Type* type);
     Expr* toString(Expr* value);
+    Expr* toChar(Expr* value);
     Expr* toReal(Expr* value);
     Expr* assignable(Expr* value, Type* target, Position position);
     Expr* assignableOrdinal(Expr* value, Type* target, Position position);
@@ -256,6 +259,7 @@ class SourceParser {
 
     // sets.cpp
     Expr* setConstructor();
+    Expr* setElement();
     Expr* setOperation(Operator op, Expr* left, Expr* right, Position position);
     Expr* setMembership(Expr* element, Expr* set, Position position);
     Expr* assignableSet(Expr* value, Type* target, Position position);
@@ -328,7 +332,7 @@ class SourceParser {
     Stmt* closeTransfer(Transfer& transfer);
     void select(Transfer& transfer, bool on);
     void fileItems(StandardRoutine routine, Transfer& transfer);
-    Expr* itemValue(Expr* value, Transfer& transfer);
+    void holdCalls(std::span<Expr*> parts, Transfer& transfer);
     Expr* heldValue(Expr* value, Type* type, StmtList& list);
     Expr* heldPlace(Expr* place, StmtList& list);
     Stmt* sequence(StmtList& list, Position position);

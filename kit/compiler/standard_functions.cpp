@@ -120,6 +120,8 @@ Expr* SourceParser::ordinalFunction(CallShape shape, StandardRoutine routine, Po
     openArguments();
     const Position start = token_.position;
     Expr* argument = parseExpression();
+    if (shape != CallShape::numeric)
+        argument = toChar(argument);
     closeArguments();
     if (errors.failed())
         return errorNode();
@@ -138,11 +140,22 @@ Expr* SourceParser::ordinalFunction(CallShape shape, StandardRoutine routine, Po
         return retype(argument, &integer_);
     // The result may leave a subrange: it is of the whole type.
     Type* result = type.base != nullptr && type.isOrdinal() ? type.base : &type;
+    // Under {$R+} there is nothing behind the last value of an enumeration; numbers and characters go round.
+    const bool checked = scanner_.directives().rangeCheck &&
+                         (routine == StandardRoutine::succ || routine == StandardRoutine::pred) &&
+                         (result->kind == TypeKind::enumeration || result->kind == TypeKind::boolean);
     if (argument->kind == ExprKind::ordinal)
-        if (Expr* folded = foldFunction(routine, argument, result, position))
+        if (Expr* folded = foldFunction(routine, argument, result, position)) {
+            if (checked && (folded->value < result->low || folded->value > result->high))
+                fail(Error::constantOutOfRange, start);
             return folded;
+        }
     Expr* call = standardNode(routine, result, position);
     append(call, argument);
+    if (checked) {
+        call = convertNode(call, result);
+        call->checked = true;
+    }
     return call;
 }
 

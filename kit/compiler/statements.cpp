@@ -146,7 +146,7 @@ Stmt* SourceParser::assignment(Expr* target, Position position) {
 Stmt* SourceParser::identifierStatement() {
     const Position position = token_.position;
     Name* name = token_.name;
-    Symbol* symbol = name->meaning;
+    Symbol* symbol = statementMeaning(*name);
     if (isWithField(name) || (symbol != nullptr && symbol->kind == SymbolKind::variable))
         return assignment(parseVariable(Access::write), position);
     if (symbol == nullptr) {
@@ -178,23 +178,27 @@ Stmt* SourceParser::identifierStatement() {
     return newStmt(StmtKind::empty, position);
 }
 
-// routineStatement = procedure call | function identifier ':=' expression, inside the function
+// routineStatement = procedure call | function identifier ':=' expression
 Stmt* SourceParser::routineStatement(Symbol& symbol, Position position) {
     Symbol* result = symbol.routine->result;
-    if (result == nullptr)
+    if (result == nullptr) {
+        if (at(TokenKind::assign))
+            failHere(Error::illegalAssignment);
         return callStmt(routineCall(symbol, position), position);
+    }
     bool inside = false;
     for (const Routine* routine = current_; routine != nullptr; routine = routine->parent)
         inside = inside || routine == symbol.routine;
     if (!at(TokenKind::assign)) {
         failHere(Error::assignExpected);
-    } else if (!inside) {
-        failHere(Error::illegalAssignment);
-    } else {
-        noteUse(*result, Access::write);
-        return assignment(variableNode(*result, position), position);
+        return newStmt(StmtKind::empty, position);
     }
-    return newStmt(StmtKind::empty, position);
+    if (!inside)
+        noteCall(*symbol.routine); // or nobody would know what it results in when nobody calls it
+    // Elsewhere there is no result to keep it: the value is worked out and forgotten.
+    Symbol* target = inside ? result : newHidden(result->type);
+    noteUse(*target, Access::write);
+    return assignment(variableNode(*target, position), position);
 }
 
 Expr* SourceParser::condition() {

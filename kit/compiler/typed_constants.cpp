@@ -48,6 +48,8 @@ void SourceParser::ordinalBytes(Type& type, std::uint8_t* bytes) {
     const ConstantValue constant = parseConstant();
     if (errors.failed())
         return;
+    if (type.host() == &char_ && constant.type->kind == TypeKind::string && constant.length == 0)
+        return; // the empty literal is Chr(0)
     if (constant.type->host() != type.host())
         return fail(Error::typeMismatch, constant.position);
     if (constant.value < type.low || constant.value > type.high)
@@ -68,11 +70,10 @@ void SourceParser::stringBytes(Type& type, std::uint8_t* bytes) {
     }
     if (constant.type->kind != TypeKind::string)
         return fail(Error::stringConstantExpected, constant.position);
-    if (constant.length > type.high)
-        return fail(Error::stringConstantLength, constant.position);
-    bytes[0] = static_cast<std::uint8_t>(constant.length);
-    if (constant.length > 0)
-        std::memcpy(bytes + 1, constant.text, constant.length);
+    const std::int32_t length = constant.length < type.high ? constant.length : type.high;
+    bytes[0] = static_cast<std::uint8_t>(length);
+    if (length > 0)
+        std::memcpy(bytes + 1, constant.text, static_cast<std::size_t>(length));
 }
 
 void SourceParser::arrayBytes(Type& type, std::uint8_t* bytes) {

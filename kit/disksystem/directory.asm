@@ -8,7 +8,6 @@ entrySize       equ 28          ; four bytes
 entryBytes      equ 32
 entryDeleted    equ 0E5h
 attributesHidden equ 1Ah        ; hidden file, volume name, folder: not there for our calls
-attributesName  equ 08h         ; volume name: its characters are no file's name
 
 ; fetchEntry: In: A = index of an entry. Out: HL = it, in a buffer; carry on an error. Changes all.
 fetchEntry:
@@ -42,21 +41,9 @@ fetchEntry:
         or      a
         ret
 
-; nameIsTaken: In: pattern. Out: NC when there is an entry of that name, a hidden one or a folder too; carry as findEntry. Changes all.
-nameIsTaken:
-        ld      a,attributesName
-        ld      (attributeMask),a
-        xor     a
-        jr      findMasked
-
 ; findEntry: In: pattern, A = index from which on. Out: HL = the first entry that fits, entryIndex; carry when there is none or
 ; on an error. Changes all.
 findEntry:
-        ld      b,a
-        ld      a,attributesHidden
-        ld      (attributeMask),a
-        ld      a,b
-findMasked:
         ld      (entryIndex),a
 _sector:
         ld      a,(dpbEntries)
@@ -77,9 +64,9 @@ _entry:
         push    hl
         ld      de,entryAttributes
         add     hl,de
-        ld      a,(attributeMask)
-        and     (hl)
+        ld      a,(hl)
         pop     hl
+        and     attributesHidden
         jr      nz,_next
         call    fitsPattern
         ret     z

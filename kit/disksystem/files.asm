@@ -399,8 +399,6 @@ functionCreate:
         pop     hl
         jr      _fill
 _new:
-        call    nameIsTaken
-        jp      nc,functionFails        ; hidden, or a folder
         call    findFree
         jp      c,functionFails
         ld      bc,0
@@ -471,7 +469,8 @@ _given:
         ld      hl,pattern
         call    isFileName
         jp      c,functionFails
-        call    nameIsTaken
+        xor     a
+        call    findEntry
         jp      nc,functionFails
         ld      a,(renameIndex)
         call    fetchEntry

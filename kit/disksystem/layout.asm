@@ -69,7 +69,6 @@ kindDirectory   equ 3
                 variable trustedDrive, 1        ; the entry whose name was compared last, and its first cluster: as long as no
                 variable trustedEntry, 1        ; directory has changed, calls for that file need not look; 0FFh: none
                 variable trustedCluster, 2
-                variable attributeMask, 1       ; entries with one of these attributes are passed over
                 variable aheadSector, 2
                 variable aheadCount, 1
                 variable firstEnd, 0

@@ -347,11 +347,15 @@ limitToFile:
         scf
         ret     z
         ld      hl,(bytesWanted)
-        or      a
         sbc     hl,de
-        jr      c,_less
-        ld      (bytesWanted),de
+        ccf
+        jr      nc,_less
+        jr      nz,_cut
 _less:
+        or      a
+        ret
+_cut:
+        ld      (bytesWanted),de
         or      a
         ret
 
@@ -387,13 +391,6 @@ _all:
 roomForRecords:
         call    roomAtDma
         ld      de,(recordSize)
-        ld      a,d
-        or      a
-        jr      nz,_count
-        ld      a,e
-        dec     a
-        ret     z
-_count:
         ld      bc,0                    ; bytes
 _record:
         or      a

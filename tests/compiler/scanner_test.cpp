@@ -127,7 +127,34 @@ TEST(Scanner, NumbersAndWordsMayTouch) {
 
 TEST(Scanner, MinusMakesTheLeastIntegerValid) {
     EXPECT_EQ(parse("const A = -32768; var i: integer; begin i := -32768 end.").error(), "none");
-    EXPECT_EQ(parse("const A = 32768; begin end.").diagnostic.error, Error::integerConstant);
+    EXPECT_EQ(parse("const A = 32768; var i: integer; begin i := A end.").error(), "44 1:45");
+}
+
+TEST(Scanner, LargeNumbersAndThoseWithAPointAreReal) {
+    EXPECT_EQ(parse("var r: real; begin r := 32768 + 99999 * 2. + 0. + 5.e1 end.").error(), "none");
+    EXPECT_EQ(parse("var i: integer; begin i := 32769 end.").error(), "44 1:28");
+    EXPECT_EQ(parse("var a: array[1..3] of byte; begin a(.2.) := 1 end.").error(), "none");
+    EXPECT_EQ(parse("begin write(2.) end.").error(), "5 1:14"); // the digraph
+}
+
+TEST(Scanner, OnlyTheEndOfAHeadingCounts) {
+    EXPECT_EQ(parse("program ros2-30; begin end.").error(), "none");
+    EXPECT_EQ(parse("program it's #9 (\" ?\n input, output) {;} ; begin end.").error(), "none");
+    EXPECT_EQ(parse("program begin var\nof it; begin end.").error(), "none");
+    EXPECT_EQ(parse("program P\n  var i: integer; begin end.").error(), "1 2:3");
+    EXPECT_EQ(parse("program P").error(), "91 1:10");
+}
+
+TEST(Scanner, Bit7CountsInLiteralsAndCommentsOnly) {
+    EXPECT_EQ(parse("\xE2\xE5gi\xEE\xA0\x8D\nen\xE4;").error(), "10 2:4");
+    EXPECT_EQ(parse("begin\r\x8A  end;").error(), "10 2:6");
+    EXPECT_EQ(parse("var \xE9: intege\xF2; begin I \xBA= \xA4"
+                    "1f + 1\xB2 end\xAE")
+                  .error(),
+              "none");
+    EXPECT_EQ(parse("{ \x9A\xFD } begin write('\x94\xA7') end.").text,
+              "program\n  (writeString '\\148\\167' 0)\n");
+    EXPECT_EQ(parse("begin \x9A end.").error(), "none"); // no end of the file
 }
 
 TEST(Scanner, IncludesNestToEight) {
@@ -151,8 +178,11 @@ TEST(Scanner, LinesOfAllFilesAreCounted) {
 TEST(Scanner, DirectiveListsAndText) {
     EXPECT_EQ(parse("{$R+,I-,W9,k+ any text} begin end.").error(), "none");
     EXPECT_EQ(parse("(*$A-*) begin end.").error(), "none");
-    EXPECT_EQ(parse("{$R+,z-} begin end.").error(), "93 1:6");
     EXPECT_EQ(parse("{$W} begin end.").error(), "93 1:3");
+    EXPECT_EQ(parse("{$z-,R} begin end.").error(), "93 1:6");
+    EXPECT_EQ(parse("{$-V}{$F4}{$Q+,N-}{$M 1,2}{$}(*$*) begin end.").error(), "none");
+    // What stands with unknown ones counts.
+    EXPECT_EQ(parse("var a: array[1..2] of byte; begin {$F4,R+} a[3] := 1 end.").error(), "45 1:46");
 }
 
 } // namespace

@@ -20,7 +20,7 @@ if [[ ! -f $programs/TP3.EXE || ! -x $tp3 ]]; then
   exit 1
 fi
 mkdir "$work/native"
-cp "$programs/TP3.EXE" "$root"/tests/pascal/*.PAS "$work" || exit 1
+cp "$programs/TP3.EXE" "$root"/tests/pascal/*.PAS "$root"/tests/pascal/*.INC "$work" || exit 1
 nasm -f bin -o "$work/CONSOLE.COM" "$root/tests/dosbuild/console.asm" || exit 1
 {
   echo 'begin'
