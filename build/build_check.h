@@ -1,4 +1,4 @@
-// What is looked at before a build, so that none begins that cannot end well.
+// What is checked before a build, so that none begins that cannot end well.
 #pragma once
 
 #include <optional>

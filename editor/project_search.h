@@ -22,7 +22,7 @@ struct FoundPlace {
     bool operator==(const FoundPlace&) const = default;
 };
 
-/// The first hit at or behind `from`, else the first of all; letter case does not count. Nothing when there
+/// The first hit at or after `from`, else the first of all; letter case does not count. Nothing when there
 /// is none.
 std::optional<FoundPlace> findInTexts(const std::vector<std::string>& texts, std::string_view wanted,
                                       SourcePlace from);
