@@ -96,6 +96,10 @@ TEST_F(Runner, AWindowIsHiddenOrShownAsWanted) {
 
 /// The runner whose wait is to be broken off, from a timer that runs as soon as the probe does.
 WindowsProcessRunner* waiting = nullptr;
+void CALLBACK breakOffAtOnce(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    waiting->breakOff();
+}
 void CALLBACK breakOff(HWND, UINT, UINT_PTR timer, DWORD) {
     if (test::probeWindow() == nullptr)
         return;
@@ -128,10 +132,7 @@ TEST_F(Runner, AWaitThatIsBrokenOffEndsWithAllThatWasStarted) {
 
 TEST_F(Runner, EvenAWaitForNothingCanBeBrokenOff) {
     waiting = &runner;
-    SetTimer(nullptr, 0, 500, [](HWND, UINT, UINT_PTR timer, DWORD) {
-        KillTimer(nullptr, timer);
-        waiting->breakOff();
-    });
+    SetTimer(nullptr, 0, 500, breakOffAtOnce);
     EXPECT_THROW(runner.ShellAndWait("C:\\no\\such.exe", false, true), WaitBrokenOff);
 }
 

@@ -281,8 +281,10 @@ TEST(DiskImage, ALongNameInTheFirstSlotGoesWithItsFile) {
     bytes[rootDirectory + 11] = 0x0F;
     DiskImage read(bytes);
     read.remove({*read.find(name("FILE"))});
-    EXPECT_EQ(read.bytes()[rootDirectory], 0xE5);
-    EXPECT_EQ(read.bytes()[rootDirectory + 32], 0xE5);
+    const Bytes after = read.bytes();
+    ASSERT_GT(after.size(), rootDirectory + 32);
+    EXPECT_EQ(after[rootDirectory], 0xE5);
+    EXPECT_EQ(after[rootDirectory + 32], 0xE5);
     EXPECT_TRUE(read.find(name("NEXT")));
     read.remove({*read.find(name("NEXT"))});
     EXPECT_TRUE(read.list().empty());

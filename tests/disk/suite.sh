@@ -109,7 +109,8 @@ expect 'a new image that must not grow is a failure' ends_with 1 limited A new.d
 expect 'there is no half image' test ! -e new.dsk
 expect 'an extracted file that must not grow is a failure' ends_with 1 limited E ours.dsk F200000.DAT -o half
 expect 'there is no half file' test ! -e half/F200000.DAT
-expect 'a folder that is not there is a failure' ends_with 1 "$tool" A none/d.dsk files/F1.DAT
+expect 'a folder that is not there is made' ends_with 0 "$tool" A none/d.dsk files/F1.DAT
+expect 'one that cannot be made is a failure' ends_with 1 "$tool" A files/F1.DAT/d.dsk files/F1.DAT
 expect 'a file in place of the folder is a failure' ends_with 1 "$tool" E ours.dsk -o files/F1.DAT
 mkdir small
 if mount -t tmpfs -o size=800k tmpfs small 2> /dev/null; then

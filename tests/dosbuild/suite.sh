@@ -51,16 +51,18 @@ awk -v count=20000 'BEGIN {
     else print "  k := k + j;"
   print "  WriteLn(k)\nend."
 }' > "$work/BODY.PAS"
-awk -v count=100000 'BEGIN {
-  print "program Lines;\nvar g: Integer;"
-  for (line = 3; line < count - 56; line += 51) {
-    printf "procedure P%d;\n{ a comment\n  of two lines }\nvar k: Integer;\nbegin\n", ++routine
-    for (j = 0; j < 45; j++) printf "  k := g + %d;\n", j
-    print "end;"
-  }
-  for (; line < count - 3; line++) print "{ and one line more }"
-  print "begin\n  g := 1; P1; WriteLn(g)\nend."
-}' > "$work/LINES.PAS"
+# Of 100,000 lines one file may have 65,535.
+for part in A B; do
+  awk -v count=50000 -v part="$part" 'BEGIN {
+    for (line = 0; line < count - 51; line += 51) {
+      printf "procedure %s%d;\n{ a comment\n  of two lines }\nvar k: Integer;\nbegin\n", part, ++routine
+      for (j = 0; j < 45; j++) printf "  k := g + %d;\n", j
+      print "end;"
+    }
+    for (; line < count; line++) print "{ and one line more }"
+  }' > "$work/LINES$part.INC"
+done
+printf 'program Lines;\nvar g: Integer;\n{$I LINESA.INC}\n{$I LINESB.INC}\nbegin\n  g := 1; A1; B1; WriteLn(g)\nend.\n' > "$work/LINES.PAS"
 awk -v count=20000 'BEGIN {
   print "program Names;\nconst"
   for (i = 1; i <= count - 1001; i++) printf "  Constant%d = %d;\n", i, i

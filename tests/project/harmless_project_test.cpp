@@ -21,15 +21,15 @@ struct HarmlessProject : testing::Test {
     std::string folder = test.folder.makeFolder("project");
 
     HarmlessProject() {
-        test.folder.makeFolder("victim");
-        test.folder.write("victim\\X.PAS", "the victim's\r\n");
-        test.folder.write("victim\\X.COM", "the victim's program");
-        test.folder.write("victim\\X.INC", "the victim's include\r\n");
+        test.folder.makeFolder("VICTIM");
+        test.folder.write("VICTIM\\X.PAS", "the victim's\r\n");
+        test.folder.write("VICTIM\\X.COM", "the victim's program");
+        test.folder.write("VICTIM\\X.INC", "the victim's include\r\n");
         test.folder.write("project\\X.PAS", "begin end.\r\n");
-        victim_ = test::contentOf(test.folder.native() / "victim");
+        victim_ = test::contentOf(test.folder.native() / "VICTIM");
     }
     ~HarmlessProject() override {
-        EXPECT_EQ(test::contentOf(test.folder.native() / "victim"), victim_);
+        EXPECT_EQ(test::contentOf(test.folder.native() / "VICTIM"), victim_);
         EXPECT_EQ(listFolder(test.folder.path(), "*").size(), 2U) << "nothing new beside the two folders";
     }
     HarmlessProject(const HarmlessProject&) = delete;
@@ -46,7 +46,7 @@ struct HarmlessProject : testing::Test {
 
 TEST_F(HarmlessProject, ANameThatIsAPathBecomesNone) {
     for (const std::string name :
-         {"..\\victim\\evil.bat", "../victim/evil.bat", "..\\victim\\X.PAS", "NUL", "C:x", ""}) {
+         {"..\\VICTIM\\evil.bat", "../VICTIM/evil.bat", "..\\VICTIM\\X.PAS", "NUL", "C:x", ""}) {
         ASSERT_TRUE(open(name, "X.PAS"));
         workspace.tree.select(1);
         test.editor.setText("start evil");
@@ -76,7 +76,7 @@ TEST_F(HarmlessProject, ANameThatIsAPathBecomesNone) {
 
 TEST_F(HarmlessProject, AnyFolderInLineFourIsDropped) {
     for (const char* const line :
-         {"../victim/X.PAS", "..\\victim\\X.PAS", "..\\victim/X.PAS", "C:X.PAS", "/X.PAS"}) {
+         {"../VICTIM/X.PAS", "..\\VICTIM\\X.PAS", "..\\VICTIM/X.PAS", "C:X.PAS", "/X.PAS"}) {
         ASSERT_TRUE(open("Demo", line));
         EXPECT_EQ(test.editor.content, "begin end.\r\n") << line;
         EXPECT_EQ(workspace.tree.node(2).text, "X.PAS") << line;
@@ -86,7 +86,7 @@ TEST_F(HarmlessProject, AnyFolderInLineFourIsDropped) {
 
 TEST_F(HarmlessProject, AnIncludeFromElsewhereIsNotWrittenThere) {
     test.folder.write("project\\X.INC", "our include\r\n");
-    for (const char* const name : {"..\\victim\\X.INC", "../victim/X.INC"}) {
+    for (const char* const name : {"..\\VICTIM\\X.INC", "../VICTIM/X.INC"}) {
         test.folder.write("project\\X.PAS", "{$I " + std::string(name) + "}\r\n");
         ASSERT_TRUE(open("Demo", "X.PAS"));
         ASSERT_EQ(workspace.tree.count(), 3U) << name;
@@ -137,7 +137,7 @@ TEST_F(HarmlessProject, TheFolderOfTheDialogsFollowsTheProject) {
     saveProject(workspace);
     EXPECT_EQ(workspace.LastDir, folder);
     workspace.LastDir = "C:\\elsewhere\\";
-    test.dialogs.answer = test.folder.path() + "victim\\X.INC";
+    test.dialogs.answer = test.folder.path() + "VICTIM\\X.INC";
     test.messages.answers = {Answer::no, Answer::no};
     openIncludeFile(workspace);
     EXPECT_EQ(workspace.LastDir, folder) << "the refresh at the end loads the project";

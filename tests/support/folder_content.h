@@ -18,7 +18,7 @@ inline FolderContent contentOf(const std::filesystem::path& folder) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         if (!entry.is_regular_file())
             continue;
-        std::string bytes(entry.file_size(), '\0');
+        std::string bytes(static_cast<std::size_t>(entry.file_size()), '\0');
         std::ifstream(entry.path(), std::ios::binary)
             .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         content[entry.path().lexically_relative(folder).generic_string()] = std::move(bytes);
