@@ -35,7 +35,8 @@ sub prepare {
     my %files = (%start, 'T.COM' => $interpreter . $script, 'AUTOEXEC.BAT' => join(' ', 'T', split ' ', $sequence->{arguments}) . "\r\n");
     make_path("$number.dir");
     put("$number.dir/$_", $files{$_}) for keys %files;
-    put("$number.keys", $sequence->{keys});
+    # Returns at the end: a line is then never waited for without end, and what the end of the keys is need not agree.
+    put("$number.keys", $sequence->{keys} . "\r" x 100);
     unlink "$number.dsk";
     run_quietly("$number.dsktool", "$bin/dsktool", 'A', "$number.dsk", map { "$number.dir/$_" } sort keys %files) == 0
         or die content("$number.dsktool");
