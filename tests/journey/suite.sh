@@ -15,7 +15,7 @@ new_project() {
   start
   drive template TextMode --autoexec > /dev/null
   same "the main file is asked for" "New File" "$(drive file "$(windows_name "$game/game")")"
-  same "the new project's tree" $'Project [2]\n  *GAME.PAS [1]\n    SCREEN.INC [3]' "$(drive tree)"
+  same "the new project's tree" $'game [2]\n  *GAME.PAS [2]\n    SCREEN.INC [3]' "$(drive tree)"
   same "AUTOEXEC.BAT starts the program" "53455420455850455254204f4e0d0d0a47414d450d0d0a" \
     "$(od -An -v -tx1 "$game/AUTOEXEC.BAT" | tr -d ' \n')"
   same "the project file names it" "game|2E9B|D200|$(windows_name "$game/game.pas")|" \
@@ -41,7 +41,7 @@ new_project() {
   start
   check "the next start offers a new project" "New Project" "$(drive answer Cancel)"
   drive menu 'mnurecent(0)' > /dev/null
-  same "the recent entry brings all back" $'game [2]\n  *GAME.PAS [1]\n    MINE.INC [3]\n    SCREEN.INC [3]' "$(drive tree)"
+  same "the recent entry brings all back" $'game [2]\n  *GAME.PAS [2]\n    MINE.INC [3]\n    SCREEN.INC [3]' "$(drive tree)"
   same "the text is what it was" "$before" "$(drive text)"
   check "the view too" "Current View: GAME.PAS" "$(drive status)"
   drive click-node MINE.INC > /dev/null
@@ -59,11 +59,12 @@ write_nest() {
   printf 'Main\r\n2E9B\r\nD200\r\nMAIN.PAS\r\n' > "$1/MAIN.TPJ"
 }
 
-# failing_line NAME FILE LINE VIEW: breaks that line, builds, and looks where the editor goes.
+# failing_line NAME FILE LINE VIEW: breaks that line, builds, and looks where the editor goes. For a file that the tree does
+# not have the compiler gives the place of its directive.
 failing_line() {
   write_nest "$nest"
   sed -i "$3s/.*/] broken\r/" "$nest/$2"
-  check "$1 is told" "file  : $2: line $3, column" "$(drive compile-and-report)"
+  check "$1 is told" "file  : $4: line $3, column" "$(drive compile-and-report)"
   check "$1 is marked" "line $3 column 1 highlighted $3" "$(drive caret)"
   check "$1 is shown" "Current View: $4" "$(drive status)"
 }
@@ -82,12 +83,13 @@ errors_in_every_file() {
   nest=$work/nest
   write_nest "$nest"
   start "$nest/MAIN.TPJ"
-  same "the tree ends at the second level" $'Main [2]\n  *MAIN.PAS [1]\n    A.INC [2]\n      B.INC [3]' "$(drive tree)"
+  same "the tree ends at the second level" $'Main [2]\n  *MAIN.PAS [2]\n    A.INC [2]\n      B.INC [3]' "$(drive tree)"
   failing_line "an error in an include of an include" B.INC 3 B.INC
   failing_line "an error in the last line of an include" A.INC 5 A.INC
   failing_line "an error in the first line of the main file" MAIN.PAS 1 MAIN.PAS
   failing_line "an error in the last line of the main file" MAIN.PAS 5 MAIN.PAS
-  failing_line "an error in a file that is not in the tree" C.INC 1 MAIN.PAS
+  failing_line "an error in a file that is not in the tree" C.INC 1 B.INC
+  check "and its own place is in the text" "in C.INC, line 1, column 1" "$(drive outcome)"
 
   # Two builds at once are left to the tests with a stand-in for DOSBox: which of two DOSBoxes comes first in one folder
   # is anybody's guess.
