@@ -45,10 +45,11 @@ void pressSign(HWND form, char sign) {
 
 WORD keyNamed(const std::string& name) {
     static const std::vector<std::pair<const char*, WORD>> names = {
-        {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},      {"Shift", VK_SHIFT},   {"Tab", VK_TAB},
-        {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE},    {"Down", VK_DOWN},     {"Right", VK_RIGHT},
-        {"Home", VK_HOME},    {"End", VK_END},       {"Up", VK_UP},         {"Left", VK_LEFT},
-        {"PageUp", VK_PRIOR}, {"PageDown", VK_NEXT}, {"Delete", VK_DELETE}, {"Back", VK_BACK}};
+        {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},      {"Shift", VK_SHIFT},   {"Tab", VK_TAB},
+        {"Enter", VK_RETURN},  {"Esc", VK_ESCAPE},    {"Down", VK_DOWN},     {"Right", VK_RIGHT},
+        {"Home", VK_HOME},     {"End", VK_END},       {"Up", VK_UP},         {"Left", VK_LEFT},
+        {"PageUp", VK_PRIOR},  {"PageDown", VK_NEXT}, {"Delete", VK_DELETE}, {"Back", VK_BACK},
+        {"Backspace", VK_BACK}};
     for (const auto& [known, key] : names) {
         if (name == known)
             return key;
