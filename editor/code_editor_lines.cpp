@@ -41,8 +41,8 @@ void CodeEditor::replaceSelectedLines(const std::function<std::string(std::strin
     const bool several = last > first;
     view.call(SCI_SETTARGETRANGE, static_cast<uptr_t>(start), end);
     view.call(SCI_REPLACETARGET, changed.size(), changed.c_str());
-    const sptr_t behind = start + static_cast<sptr_t>(changed.size());
-    view.call(SCI_SETSEL, static_cast<uptr_t>(several ? start : behind), behind);
+    const sptr_t after = start + static_cast<sptr_t>(changed.size());
+    view.call(SCI_SETSEL, static_cast<uptr_t>(several ? start : after), after);
 }
 
 void CodeEditor::duplicateLines() {

@@ -18,17 +18,17 @@ bool isWordCharacter(char character) {
     return isLetter(character) || (character >= '0' && character <= '9');
 }
 
-/// Position behind the comment or string literal that begins at `start`, `start` itself when none does. One
+/// Position after the comment or string literal that begins at `start`, `start` itself when none does. One
 /// that is not closed goes to the text's end; a string ends with its line.
-std::size_t behindCommentOrString(std::string_view text, std::size_t start) {
-    const auto behind = [&](std::string_view end, std::size_t from) {
+std::size_t afterCommentOrString(std::string_view text, std::size_t start) {
+    const auto after = [&](std::string_view end, std::size_t from) {
         const std::size_t found = text.find(end, from);
         return found == std::string_view::npos ? text.size() : found + end.size();
     };
     if (text[start] == '{')
-        return behind("}", start + 1);
+        return after("}", start + 1);
     if (text.substr(start, 2) == "(*")
-        return behind("*)", start + 2);
+        return after("*)", start + 2);
     if (text[start] != '\'')
         return start;
     const std::size_t end = text.find_first_of("'\r\n", start + 1);
@@ -171,9 +171,9 @@ std::vector<SourceWord> sourceWords(std::string_view text) {
     std::vector<SourceWord> words;
     std::size_t at = 0;
     while (at < text.size()) {
-        const std::size_t behind = behindCommentOrString(text, at);
-        if (behind > at) {
-            at = behind;
+        const std::size_t after = afterCommentOrString(text, at);
+        if (after > at) {
+            at = after;
             continue;
         }
         std::size_t end = at + 1;

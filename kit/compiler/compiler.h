@@ -34,7 +34,7 @@ struct CompileResult {
     std::vector<LineEntry> lines;   ///< address to source line, when they were wanted
     std::vector<std::string> files; ///< by Position::file
     std::uint32_t lineCount = 0;
-    std::uint16_t codeEnd = 0;    ///< first address behind the image and the memory for overlays
+    std::uint16_t codeEnd = 0;    ///< first address after the image and the memory for overlays
     std::uint16_t dataBottom = 0; ///< lowest address of variables
 };
 

@@ -131,7 +131,7 @@ void Scanner::include(bool brace, Position position) {
     while (peek() == ' ' || peek() == '\t')
         take();
     bool inName = true;
-    bool ended = false; // by a semicolon, which some put behind the name
+    bool ended = false; // by a semicolon, which some put after the name
     while (!commentEnd(brace)) {
         const int character = take();
         if (character == endOfFile)

@@ -49,7 +49,7 @@ class Image {
     }
     /// The overlay files' bytes by the number of the file; empty where there is none.
     [[nodiscard]] std::vector<std::vector<std::uint8_t>> takeOverlayFiles() { return overlay_.takeFiles(); }
-    /// First address behind code and the memory for overlays.
+    /// First address after code and the memory for overlays.
     [[nodiscard]] std::uint16_t codeEnd() const { return address(bytes_.size() + overlay_.areaBytes()); }
     [[nodiscard]] const std::vector<LineEntry>& lines() const { return lines_; }
     [[nodiscard]] std::uint16_t address(std::size_t offset) const {

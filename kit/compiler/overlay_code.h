@@ -22,8 +22,8 @@ class OverlayCode {
     }
     /// Takes the code of a routine that belongs into an overlay; false when it does not.
     bool add(std::uint16_t routine, const z80::Encoded& code);
-    /// Lays the groups' records and the stubs down behind the image, whose first byte has the address
-    /// `start`, and gives the areas their addresses behind that. `place` learns the offset of each stub.
+    /// Lays the groups' records and the stubs down after the image, whose first byte has the address
+    /// `start`, and gives the areas their addresses after that. `place` learns the offset of each stub.
     void addStubs(std::vector<std::uint8_t>& image, std::uint16_t start,
                   const std::function<void(std::uint16_t routine, std::uint16_t offset)>& place);
     /// Fills in the addresses in the overlays' code. `addressOf` gives those of resident routines and
